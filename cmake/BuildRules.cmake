@@ -1,0 +1,14 @@
+# SPDX-License-Identifier: MIT
+# What every target of ours is built with: standard, warnings, Qt definitions.
+
+add_library(qvvisa_build_rules INTERFACE)
+target_compile_features(qvvisa_build_rules INTERFACE cxx_std_17)
+target_compile_options(qvvisa_build_rules INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+    # Our forwarders bear the names of the VISA library's functions: a loaded library must not
+    # find them.
+    -fvisibility=hidden -fvisibility-inlines-hidden)
+target_compile_definitions(qvvisa_build_rules INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS QT_DEPRECATED_WARNINGS)
+target_include_directories(qvvisa_build_rules INTERFACE ${PROJECT_SOURCE_DIR})
