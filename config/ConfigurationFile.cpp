@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include "config/ConfigurationFile.h"
+
+#include "config/ConfigurationFileSearch.h"
+#include "config/FileDescriptor.h"
+#include "config/ModernConfigurationFile.h"
+#include "config/UpperCase.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <iterator>
+
+namespace QvVisa {
+
+namespace {
+
+/// Seconds since the epoch; none when the file cannot be opened.
+std::optional<std::int64_t> modificationTime(const std::string& path)
+{
+    const FileDescriptor file = FileDescriptor::openForReading(path);
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+        return std::nullopt;
+    }
+    return status.st_mtime;
+}
+
+} // namespace
+
+ConfigurationFile::ConfigurationFile() : m_path(searchConfigFile(false))
+{
+    load();
+}
+
+ConfigurationFile* ConfigurationFile::getInstance()
+{
+    const std::lock_guard<std::recursive_mutex> lock(getMutex());
+    return getInstanceUnsafe();
+}
+
+ConfigurationFile* ConfigurationFile::getInstanceUnsafe()
+{
+    static ConfigurationFile instance;
+    instance.reloadIfChanged();
+    return &instance;
+}
+
+std::recursive_mutex& ConfigurationFile::getMutex()
+{
+    static std::recursive_mutex myMutex;
+    return myMutex;
+}
+
+void ConfigurationFile::reloadIfChanged()
+{
+    // A file without a readable status is tried again each time: it may have come back.
+    if (!m_path.empty() && modificationTime(m_path) != m_modificationTime) {
+        load();
+    }
+}
+
+void ConfigurationFile::load()
+{
+    if (m_path.empty()) {
+        m_path = searchConfigFile(false);
+    }
+    if (m_path.empty() || !ModernConfigurationFile::isParseAble(m_path)) {
+        return;
+    }
+    auto implementation = std::make_unique<ModernConfigurationFile>(m_path);
+    AliasTable::Base aliases;
+    std::vector<std::string> resources;
+    unsigned short provider = m_provider;
+    implementation->parse(aliases, resources, provider);
+    if (!implementation->wasRead()) {
+        // The file vanished or failed on the way.
+        return;
+    }
+    m_aliases = std::move(aliases);
+    m_resources = std::move(resources);
+    m_serialProperties = implementation->getSerialPropertiesMap();
+    m_provider = implementation->getProviderId();
+    m_implementation = std::move(implementation);
+    m_modificationTime = modificationTime(m_path).value_or(m_modificationTime);
+}
+
+std::string ConfigurationFile::searchConfigFile(bool forWriting)
+{
+    return QvVisa::searchConfigFile(forWriting);
+}
+
+std::string ConfigurationFile::lookupAlias(const std::string& resource) const
+{
+    const auto found =
+        std::find_if(m_aliases.begin(), m_aliases.end(), [&resource](const auto& entry) {
+            return equalsIgnoringCase(entry.second, resource);
+        });
+    return found != m_aliases.end() ? found->first : std::string();
+}
+
+bool ConfigurationFile::replaceAlias(std::string& name) const
+{
+    const auto found = m_aliases.find(toUpperCase(name));
+    if (found == m_aliases.end()) {
+        return false;
+    }
+    name = found->second;
+    return true;
+}
+
+std::vector<std::string> ConfigurationFile::getAllResources() const
+{
+    std::vector<std::string> resources = m_resources;
+    resources.reserve(m_resources.size() + m_aliases.size());
+    for (const auto& entry : m_aliases) {
+        resources.push_back(entry.second);
+    }
+    std::sort(resources.begin(), resources.end());
+    resources.erase(std::unique(resources.begin(), resources.end()), resources.end());
+    return resources;
+}
+
+std::string ConfigurationFile::getResource(std::size_t index, std::string& alias) const
+{
+    if (index < m_resources.size()) {
+        alias.clear();
+        return m_resources[index];
+    }
+    const std::size_t aliasIndex = index - m_resources.size();
+    if (aliasIndex >= m_aliases.size()) {
+        alias.clear();
+        return {};
+    }
+    const auto entry = aliasAt(aliasIndex);
+    alias = entry->first;
+    return entry->second;
+}
+
+AliasTable::const_iterator ConfigurationFile::aliasAt(std::size_t index) const
+{
+    AliasTable::const_iterator entry = m_aliases.begin();
+    std::size_t distance = index;
+    const bool stillHolds = m_aliasPosition && m_aliasPosition->size == m_aliases.size() &&
+                            m_aliasPosition->bucketCount == m_aliases.bucket_count() &&
+                            m_aliasPosition->generation == m_aliases.generation();
+    if (stillHolds && m_aliasPosition->index <= index) {
+        const auto remembered = m_aliases.find(m_aliasPosition->name);
+        if (remembered != m_aliases.end()) {
+            entry = remembered;
+            distance = index - m_aliasPosition->index;
+        }
+    }
+    std::advance(entry, distance);
+    m_aliasPosition = {index, entry->first, m_aliases.size(), m_aliases.bucket_count(),
+                       m_aliases.generation()};
+    return entry;
+}
+
+bool ConfigurationFile::getGpibProperties(unsigned short board, SGpibProperties& properties) const
+{
+    if (!m_implementation) {
+        return false;
+    }
+    properties = m_implementation->getGpibProperties(board);
+    return true;
+}
+
+bool ConfigurationFile::getSerialProperties(unsigned short port,
+                                            SSerialProperties& properties) const
+{
+    if (!m_implementation) {
+        return false;
+    }
+    properties = m_implementation->getSerialProperties(port);
+    return true;
+}
+
+void ConfigurationFile::setData(const std::vector<std::pair<std::string, std::string>>& entries)
+{
+    m_aliases.clear();
+    m_resources.clear();
+    for (const auto& [resource, alias] : entries) {
+        if (alias.empty()) {
+            m_resources.push_back(resource);
+        } else {
+            m_aliases[alias] = resource;
+        }
+    }
+}
+
+void ConfigurationFile::setProvider(unsigned short provider)
+{
+    const std::lock_guard<std::recursive_mutex> lock(getMutex());
+    m_provider = provider;
+}
+
+void ConfigurationFile::save()
+{
+    const std::lock_guard<std::recursive_mutex> lock(getMutex());
+    if (m_path.empty()) {
+        m_path = searchConfigFile(true);
+    }
+    if (m_path.empty()) {
+        return;
+    }
+    ModernConfigurationFile file(m_path);
+    file.setContents(m_aliases, m_resources, m_serialProperties, m_provider);
+    file.save();
+}
+
+} // namespace QvVisa

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace QvVisa {
+
+/// Makes bytes the whole contents of the file at path, creating it if it does not exist. Whatever
+/// happens meanwhile (a kill, a full disk, a write error), the file afterwards holds either all of
+/// its old bytes or all of the new ones, and the new ones have reached the disk.
+///
+/// An existing file must allow writing, else nothing happens. It keeps its mode, and its owner
+/// where the system allows; a symbolic link stays one and the file it names is replaced.
+///
+/// Where the file cannot be replaced as a whole (it has further hard links, or its folder takes no
+/// new file), it is overwritten in place: a failing write is then taken back, but a kill or a
+/// power cut in the middle of it can tear the file.
+///
+/// Returns true when the file holds the new bytes. Never throws on account of the file system.
+bool replaceFileContents(const std::string& path, std::string_view bytes);
+
+} // namespace QvVisa

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+#include "config/ModernConfigurationFile.h"
+
+#include "config/ConfigurationLine.h"
+#include "config/FileDescriptor.h"
+#include "config/FileReplacement.h"
+#include "config/LineReader.h"
+#include "config/UpperCase.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdint>
+#include <limits>
+#include <new>
+#include <optional>
+#include <utility>
+
+namespace QvVisa {
+
+namespace {
+
+/// None for a number that does not fit a signed 32-bit integer. The text is digits only.
+std::optional<std::uint32_t> toNumber(std::string_view digits)
+{
+    std::int32_t number = 0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (result.ec != std::errc()) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(number);
+}
+
+constexpr std::uint16_t low16(std::uint32_t number)
+{
+    return static_cast<std::uint16_t>(number & 0xFFFFU);
+}
+
+constexpr std::uint8_t low8(std::uint32_t number)
+{
+    return static_cast<std::uint8_t>(number & 0xFFU);
+}
+
+void appendNumber(std::string& text, std::uint32_t number)
+{
+    std::array<char, std::numeric_limits<std::uint32_t>::digits10 + 1> digits{};
+    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+    text.append(digits.data(), result.ptr);
+}
+
+void appendSerialLine(std::string& text, unsigned short port, std::string_view key,
+                      std::uint32_t value)
+{
+    text += ":SerialProperty[DeviceNo=";
+    appendNumber(text, port);
+    text += "].";
+    text += key;
+    text += '=';
+    appendNumber(text, value);
+    text += '\n';
+}
+
+template <typename Map>
+typename Map::mapped_type recordOrDefault(const Map& map, unsigned short number)
+{
+    const auto found = map.find(number);
+    return found != map.end() ? found->second : typename Map::mapped_type();
+}
+
+} // namespace
+
+ModernConfigurationFile::ModernConfigurationFile(const std::string& path)
+    : IConfigurationFileImpl(path)
+{}
+
+SGpibProperties ModernConfigurationFile::getGpibProperties(unsigned short board) const
+{
+    return recordOrDefault(m_gpibProperties, board);
+}
+
+GpibPropertiesMap ModernConfigurationFile::getGpibPropertiesMap() const
+{
+    return m_gpibProperties;
+}
+
+SSerialProperties ModernConfigurationFile::getSerialProperties(unsigned short port) const
+{
+    return recordOrDefault(m_serialProperties, port);
+}
+
+SerialPropertiesMap ModernConfigurationFile::getSerialPropertiesMap() const
+{
+    return m_serialProperties;
+}
+
+unsigned short ModernConfigurationFile::getProviderId() const
+{
+    return m_provider;
+}
+
+bool ModernConfigurationFile::wasRead() const
+{
+    return m_wasRead;
+}
+
+void ModernConfigurationFile::parse(std::unordered_map<std::string, std::string>& aliases,
+                                    std::vector<std::string>& resources, unsigned short& provider)
+{
+    clear();
+    try {
+        readLines();
+        if (m_wasRead) {
+            // Copied aside first: running out of memory here must not cost the caller's tables.
+            auto aliasesRead = m_aliases;
+            auto resourcesRead = m_resources;
+            aliases = std::move(aliasesRead);
+            resources = std::move(resourcesRead);
+            provider = m_provider;
+        }
+    } catch (const std::bad_alloc&) {
+        m_wasRead = false;
+    }
+    if (!m_wasRead) {
+        clear();
+    }
+}
+
+void ModernConfigurationFile::clear()
+{
+    m_resources.clear();
+    m_gpibProperties.clear();
+    m_serialProperties.clear();
+    m_aliases.clear();
+    m_wasRead = false;
+}
+
+void ModernConfigurationFile::readLines()
+{
+    LineReader reader(path());
+    std::string_view text;
+    while (reader.next(text)) {
+        readLine(text);
+    }
+    m_wasRead = !reader.hasFailed();
+}
+
+void ModernConfigurationFile::readLine(std::string_view text)
+{
+    const ConfigurationLine line = matchConfigurationLine(text);
+    switch (line.kind) {
+    case LineKind::None:
+        break;
+    case LineKind::Provider:
+        if (const auto number = toNumber(line.first)) {
+            m_provider = low16(*number);
+        }
+        break;
+    case LineKind::Resource:
+        m_resources.emplace_back(line.first);
+        break;
+    case LineKind::Alias:
+        m_aliases[toUpperCase(line.first)] = line.second;
+        break;
+    case LineKind::GpibPrimaryAddress:
+    case LineKind::GpibSecondaryAddress:
+    case LineKind::GpibSystemController:
+        setGpibProperty(line);
+        break;
+    case LineKind::SerialBaudrate:
+    case LineKind::SerialDataBits:
+    case LineKind::SerialStopBits:
+    case LineKind::SerialParity:
+    case LineKind::SerialFlowControl:
+        setSerialProperty(line);
+        break;
+    }
+}
+
+void ModernConfigurationFile::setGpibProperty(const ConfigurationLine& line)
+{
+    // Both numbers first: a line that is skipped names no board into being.
+    const auto board = toNumber(line.first);
+    const auto value = toNumber(line.second);
+    if (!board || !value) {
+        return;
+    }
+    SGpibProperties& properties = m_gpibProperties[low16(*board)];
+    switch (line.kind) {
+    case LineKind::GpibPrimaryAddress:
+        properties.primaryAddress = low16(*value);
+        break;
+    case LineKind::GpibSecondaryAddress:
+        properties.secondaryAddress = low16(*value);
+        break;
+    default:
+        properties.systemController = low16(*value);
+        break;
+    }
+}
+
+void ModernConfigurationFile::setSerialProperty(const ConfigurationLine& line)
+{
+    const auto port = toNumber(line.first);
+    const auto value = toNumber(line.second);
+    if (!port || !value) {
+        return;
+    }
+    SSerialProperties& properties = m_serialProperties[low16(*port)];
+    switch (line.kind) {
+    case LineKind::SerialBaudrate:
+        properties.baudrate = *value;
+        break;
+    case LineKind::SerialDataBits:
+        properties.dataBits = low8(*value);
+        break;
+    case LineKind::SerialStopBits:
+        properties.stopBits = low8(*value);
+        break;
+    case LineKind::SerialParity:
+        properties.parity = low8(*value);
+        break;
+    default:
+        properties.flowControl = low8(*value);
+        break;
+    }
+}
+
+void ModernConfigurationFile::setContents(std::unordered_map<std::string, std::string> aliases,
+                                          std::vector<std::string> resources,
+                                          SerialPropertiesMap serialProperties,
+                                          unsigned short provider)
+{
+    m_aliases = std::move(aliases);
+    m_resources = std::move(resources);
+    m_serialProperties = std::move(serialProperties);
+    m_provider = provider;
+}
+
+void ModernConfigurationFile::save() const
+{
+    replaceFileContents(path(), composeText());
+}
+
+std::string ModernConfigurationFile::composeText() const
+{
+    std::string text = GetVersionString();
+    text += "\n:Provider=";
+    appendNumber(text, m_provider);
+    text += '\n';
+    for (const auto& [port, properties] : m_serialProperties) {
+        appendSerialLine(text, port, "Baudrate", properties.baudrate);
+        appendSerialLine(text, port, "DataBits", properties.dataBits);
+        appendSerialLine(text, port, "StopBits", properties.stopBits);
+        appendSerialLine(text, port, "Parity", properties.parity);
+        appendSerialLine(text, port, "FlowControl", properties.flowControl);
+    }
+    for (const std::string& resource : m_resources) {
+        text += resource;
+        text += '\n';
+    }
+    for (const auto& [alias, resource] : m_aliases) {
+        text += alias;
+        text += '=';
+        text += resource;
+        text += '\n';
+    }
+    return text;
+}
+
+std::string ModernConfigurationFile::GetVersionString()
+{
+    static const std::string s_versionString = ":QvVisaConfigurationFileVersion01";
+    return s_versionString;
+}
+
+bool ModernConfigurationFile::isParseAble(std::string path)
+{
+    const FileDescriptor file = FileDescriptor::openForReading(path);
+    if (!file.isOpen()) {
+        return false;
+    }
+    // The header holds no line feed: its bytes at the front of the file are the first line's.
+    const std::string header = GetVersionString();
+    std::string start(header.size(), '\0');
+    std::size_t length = 0;
+    while (length < start.size()) {
+        const ssize_t count = ::read(file.get(), start.data() + length, start.size() - length);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        length += static_cast<std::size_t>(count);
+    }
+    return start == header;
+}
+
+} // namespace QvVisa

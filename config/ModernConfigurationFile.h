@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "config/IConfigurationFileImpl.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace QvVisa {
+
+struct ConfigurationLine;
+
+/// The line-oriented text format, docs/file-format.md. Reading and writing are not symmetric: the
+/// reader takes GPIB lines, comments and free spacing, the writer emits none of them.
+class ModernConfigurationFile : public IConfigurationFileImpl
+{
+public:
+    /// The maker's own provider (manufacturer) ID.
+    static constexpr unsigned short defaultProvider = 0xE5A;
+
+    /// Reads nothing yet.
+    explicit ModernConfigurationFile(const std::string& path);
+
+    SGpibProperties getGpibProperties(unsigned short board) const override;
+    GpibPropertiesMap getGpibPropertiesMap() const override;
+    SSerialProperties getSerialProperties(unsigned short port) const override;
+    SerialPropertiesMap getSerialPropertiesMap() const override;
+    unsigned short getProviderId() const override;
+
+    /// Lines that match nothing, or hold a number beyond a signed 32-bit integer, are skipped.
+    /// When the file cannot be read to its end (or memory runs out), this object's tables are
+    /// empty, the caller's are left as they were, and wasRead() is false.
+    void parse(std::unordered_map<std::string, std::string>& aliases,
+               std::vector<std::string>& resources, unsigned short& provider) override;
+
+    /// True when the last parse() reached the end of the file.
+    bool wasRead() const;
+
+    /// Takes over what save() writes.
+    void setContents(std::unordered_map<std::string, std::string> aliases,
+                     std::vector<std::string> resources, SerialPropertiesMap serialProperties,
+                     unsigned short provider);
+
+    /// Writes the file anew: version header, provider, serial lines, resources, aliases; no GPIB
+    /// lines. A file that cannot be written stays as it was, without a message; see
+    /// config/FileReplacement.h for what holds if the save is cut short.
+    void save() const;
+
+    /// ":QvVisaConfigurationFileVersion01", with which the first line of every file begins.
+    static std::string GetVersionString();
+
+    /// True when path is a regular file that can be read and whose first line begins with the
+    /// version header.
+    static bool isParseAble(std::string path);
+
+private:
+    void clear();
+    void readLines();
+    void readLine(std::string_view text);
+    void setGpibProperty(const ConfigurationLine& line);
+    void setSerialProperty(const ConfigurationLine& line);
+    std::string composeText() const;
+
+    GpibPropertiesMap m_gpibProperties;
+    SerialPropertiesMap m_serialProperties;
+    std::unordered_map<std::string, std::string> m_aliases;
+    std::vector<std::string> m_resources;
+    unsigned short m_provider = defaultProvider;
+    bool m_wasRead = false;
+};
+
+} // namespace QvVisa
