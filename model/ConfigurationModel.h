@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "config/ConfigurationRecords.h"
+
+#include <QAbstractTableModel>
+#include <QString>
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+class QItemSelectionModel;
+
+/// The user's editable copy of the configuration: a table of resource strings and aliases, the
+/// serial and GPIB settings, the provider ID, and whether any of it differs from what was loaded
+/// or last saved. Loads itself from the store when it is constructed. GPIB settings are neither
+/// loaded nor saved.
+///
+/// The store's bytes are Latin-1: other characters become "?" in a save. GUI thread only.
+class ConfigurationModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column
+    {
+        ResourceColumn,
+        AliasColumn,
+        ColumnCount
+    };
+
+    explicit ConfigurationModel(QObject* parent);
+
+    /// Fills the table, the serial settings and the provider from the store. Clean afterwards.
+    /// Emits nothing: meant for a model that no view has yet.
+    void loaddata();
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QVariant headerData(int section, Qt::Orientation orientation,
+                        int role = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+
+    /// Edits one cell with the text cleaned: trimmed, blanks turned into "_", "=", "#" and ";"
+    /// deleted, in an alias ":" too. Always returns true, also where it changes nothing.
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+
+    /// Refuses (false) a block that does not lie within the table.
+    bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
+
+    /// Appends an entry as it is: not cleaned, duplicates kept.
+    void add(const QString& resource, const QString& alias);
+
+    /// Replaces the selected row's resource string as it is, without a change notification.
+    void setResource(const QString& resource);
+
+    /// Tells the views that everything may have changed.
+    void refresh();
+
+    bool isDirty() const;
+    void setDirty(bool dirty);
+
+    const QvVisa::GpibPropertiesMap& getGpibProperties() const;
+    const QvVisa::SerialPropertiesMap& getSerialProperties() const;
+    unsigned short getProvider() const;
+
+    /// Each replaces the whole value, and marks the model dirty, only where it differs.
+    void setGpibProperties(const QvVisa::GpibPropertiesMap& properties);
+    void setSerialProperties(const QvVisa::SerialPropertiesMap& properties);
+    void setProvider(unsigned short provider);
+
+    /// The selection of the view that shows the table, null without one. Not owned.
+    QItemSelectionModel* m_selectionModel = nullptr;
+
+signals:
+    /// After every accepted edit of a cell, with the cleaned text.
+    void editCompleted(const QString& text);
+    void dirtyHasChanged(bool bDirty);
+
+public slots:
+    /// Appends an empty entry.
+    void addEntry();
+    /// Removes the row of the selection's current index, if there is a selection.
+    void removeSelectedEntry();
+    /// Writes entries, serial settings and provider to the store and its file. Clean afterwards,
+    /// even where the file could not be written.
+    void save();
+
+private:
+    bool isRow(int row) const;
+
+    /// (resource string, alias), one for each row.
+    std::vector<std::pair<QString, QString>> m_entries;
+    QvVisa::GpibPropertiesMap m_gpibProperties;
+    QvVisa::SerialPropertiesMap m_serialProperties;
+    bool m_dirty = false;
+    unsigned short m_provider = 0;
+};
