@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "gui/MainWindow.h"
+
+#include "ui_MainWindow.h"
+
+#include "gui/ResourceDialog.h"
+#include "gui/WindowSettings.h"
+
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QMessageBox>
+
+#include <system_error>
+
+namespace gui {
+
+namespace {
+
+WindowSettings windowSettings()
+{
+    return WindowSettings(QStringLiteral("MainWindow"));
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget* parent)
+    : QMainWindow(parent),
+      m_ui(std::make_unique<Ui_MainWindow>()),
+      m_model(this)
+{
+    startScan();
+    m_ui->setupUi(this);
+    setupUi();
+    setupConnections();
+    restoreWindowSettings();
+}
+
+MainWindow::~MainWindow()
+{
+    if (m_scanThread.joinable()) {
+        m_scanThread.join();
+    }
+    saveWindowSettings();
+}
+
+void MainWindow::startScan()
+{
+    try {
+        m_scanThread = std::thread([] { ResourceDialog::updateResourceList(); });
+    } catch (const std::system_error&) {
+        // Without a thread to spare the cache stays empty until the user refreshes it.
+    }
+}
+
+void MainWindow::setupUi()
+{
+    setWindowTitle(QStringLiteral("QvVisaConfigure - 5.12.1"));
+    QTableView& table = *m_ui->resourceView;
+    table.setModel(&m_model);
+    table.horizontalHeader()->setStretchLastSection(true);
+    table.resizeColumnsToContents();
+    m_model.m_selectionModel = table.selectionModel();
+    refreshButtonStatus();
+    m_ui->actionSave->setEnabled(m_model.isDirty());
+}
+
+void MainWindow::setupConnections()
+{
+    connect(m_ui->actionClose, SIGNAL(triggered()), this, SLOT(close()));
+    connect(m_ui->actionAdd_Resource, SIGNAL(triggered()), this, SLOT(rsrcStringEditor()));
+    connect(m_ui->actionRemove_resource, SIGNAL(triggered()), &m_model,
+                                                SLOT(removeSelectedEntry()));
+    connect(m_ui->actionEdit, SIGNAL(triggered()), this, SLOT(rsrcStringEditorEdit()));
+    connect(m_ui->actionSave, SIGNAL(triggered()), &m_model, SLOT(save()));
+    connect(m_ui->actionFind, SIGNAL(triggered()), this, SLOT(findResource()));
+    connect(m_ui->actionEdit_properties, SIGNAL(triggered()), this, SLOT(setProperties()));
+    connect(m_ui->resourceView->selectionModel(),
+            SIGNAL(selectionChanged(QItemSelection,QItemSelection)), this,
+                   SLOT(selectionChanged(QItemSelection,QItemSelection)));
+    m_ui->resourceView->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_ui->resourceView, SIGNAL(customContextMenuRequested(QPoint)), this,
+                                       SLOT(tablePopupMenu(QPoint)));
+    connect(&m_model, SIGNAL(dirtyHasChanged(bool)), this, SLOT(modelDirtyFlagChanged(bool)));
+}
+
+void MainWindow::refreshButtonStatus()
+{
+    const bool hasSelection = m_ui->resourceView->selectionModel()->hasSelection();
+    m_ui->actionFind->setEnabled(hasSelection);
+    m_ui->actionEdit->setEnabled(hasSelection);
+}
+
+void MainWindow::selectionChanged(const QItemSelection&, const QItemSelection&)
+{
+    refreshButtonStatus();
+}
+
+void MainWindow::modelDirtyFlagChanged(bool bDirty)
+{
+    m_ui->actionSave->setEnabled(bDirty);
+}
+
+void MainWindow::tablePopupMenu(QPoint pos)
+{
+    const QModelIndex index = m_ui->resourceView->indexAt(pos);
+    m_popupMenu = std::make_unique<QMenu>(this);
+    m_popupMenu->addAction(m_ui->actionAdd_Resource);
+    if (index.row() >= 0) {
+        m_popupMenu->addAction(m_ui->actionRemove_resource);
+        m_popupMenu->addAction(m_ui->actionEdit);
+        m_popupMenu->addSeparator();
+        m_popupMenu->addAction(m_ui->actionFind);
+    }
+    m_popupMenu->popup(m_ui->resourceView->viewport()->mapToGlobal(pos));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    finishCellEdit();
+    QWidget::closeEvent(event);
+    if (!m_model.isDirty()) {
+        return;
+    }
+    switch (QMessageBox::question(
+        this, QStringLiteral("Unsaved data"), QStringLiteral("Do you want to save before exiting?"),
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::NoButton)) {
+    case QMessageBox::Cancel:
+        event->ignore();
+        break;
+    case QMessageBox::Yes:
+        m_model.save();
+        break;
+    default:
+        break;
+    }
+}
+
+/// A text that still stands in a cell's editor counts as typed: closing must not lose it unasked.
+void MainWindow::finishCellEdit()
+{
+    if (m_ui->resourceView->viewport()->isAncestorOf(focusWidget())) {
+        m_ui->resourceView->setFocus();
+    }
+}
+
+void MainWindow::restoreWindowSettings()
+{
+    windowSettings().restore(*this);
+}
+
+void MainWindow::saveWindowSettings() const
+{
+    windowSettings().save(*this);
+}
+
+} // namespace gui

@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "gui/ResourceDialog.h"
+
+#include "ui_ResourceDialog.h"
+
+#include "gui/ResourceScan.h"
+#include "gui/WindowSettings.h"
+
+#include <QPushButton>
+
+namespace gui {
+
+namespace {
+
+WindowSettings windowSettings()
+{
+    return WindowSettings(QStringLiteral("ResourceDialog"));
+}
+
+} // namespace
+
+QStringList ResourceDialog::s_resources;
+std::mutex ResourceDialog::s_resourceListMutex;
+std::mutex ResourceDialog::s_resourceCopyMutex;
+std::atomic<bool> ResourceDialog::s_resourceListUpdateInProcess{false};
+
+void ResourceDialog::updateResourceList()
+{
+    const auto replaceCache = [](const QStringList& resources) {
+        const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
+        s_resources = resources;
+    };
+    const std::lock_guard<std::mutex> lock(s_resourceListMutex);
+    s_resourceListUpdateInProcess.exchange(true);
+    replaceCache(QStringList());
+    replaceCache(scanForResources());
+    s_resourceListUpdateInProcess.exchange(false);
+}
+
+ResourceDialog::ResourceDialog(QWidget* parent)
+    : QDialog(parent),
+      m_ui(std::make_unique<Ui_ResourceDialog>())
+{
+    m_ui->setupUi(this);
+    setupUi();
+    setupConnections();
+}
+
+ResourceDialog::~ResourceDialog() = default;
+
+void ResourceDialog::setupUi()
+{
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    {
+        const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
+        m_ui->rsrcList->addItems(s_resources);
+    }
+    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Select"));
+}
+
+void ResourceDialog::setupConnections()
+{
+    connect(m_ui->refreshButton, SIGNAL(clicked()), this, SLOT(refreshList()));
+    connect(m_ui->rsrcList, SIGNAL(itemDoubleClicked(QListWidgetItem*)), this,
+                                   SLOT(itemDoubleClicked(QListWidgetItem*)));
+}
+
+QString ResourceDialog::getResource() const
+{
+    const QList<QListWidgetItem*> selected = m_ui->rsrcList->selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+void ResourceDialog::refreshList()
+{
+    refreshList(true);
+}
+
+void ResourceDialog::refreshList(bool rescan)
+{
+    m_ui->buttonBox->setEnabled(false);
+    m_ui->refreshButton->setEnabled(false);
+    setCursor(Qt::WaitCursor);
+    m_ui->rsrcList->clear();
+    // From here on the dialog stands still: let the user see that it waits.
+    repaint();
+    if (rescan) {
+        updateResourceList();
+    }
+    {
+        const std::lock_guard<std::mutex> lock(s_resourceListMutex);
+        m_ui->rsrcList->addItems(s_resources);
+    }
+    setCursor(Qt::ArrowCursor);
+    m_ui->buttonBox->setEnabled(true);
+    m_ui->refreshButton->setEnabled(true);
+}
+
+void ResourceDialog::itemDoubleClicked(QListWidgetItem*)
+{
+    if (!m_ui->rsrcList->selectedItems().isEmpty()) {
+        accept();
+    }
+}
+
+void ResourceDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (s_resourceListUpdateInProcess) {
+        refreshList(false);
+    }
+    restoreWindowSettings();
+}
+
+void ResourceDialog::hideEvent(QHideEvent* event)
+{
+    QDialog::hideEvent(event);
+    saveWindowSettings();
+}
+
+void ResourceDialog::restoreWindowSettings()
+{
+    windowSettings().restore(*this);
+}
+
+void ResourceDialog::saveWindowSettings() const
+{
+    windowSettings().save(*this);
+}
+
+} // namespace gui

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "gui/WindowSettings.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSettings>
+#include <QStyle>
+#include <QTabWidget>
+#include <QWidget>
+
+namespace gui {
+
+namespace {
+
+QString sizeKey()
+{
+    return QStringLiteral("size");
+}
+
+QString positionKey()
+{
+    return QStringLiteral("pos");
+}
+
+/// Holds whether the window was maximised; the name is older than that meaning.
+QString maximisedKey()
+{
+    return QStringLiteral("fullscreen");
+}
+
+QString tabKey()
+{
+    return QStringLiteral("tabindex");
+}
+
+void centre(QWidget& window)
+{
+    window.setGeometry(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, window.size(),
+                                           QGuiApplication::primaryScreen()->availableGeometry()));
+}
+
+} // namespace
+
+WindowSettings::WindowSettings(const QString& group, Maximised maximised)
+    : m_group(group),
+      m_maximised(maximised)
+{}
+
+void WindowSettings::restore(QWidget& window, QTabWidget* tabs) const
+{
+    QSettings settings;
+    settings.beginGroup(m_group);
+    const bool showMaximised = m_maximised == Maximised::Kept &&
+                               settings.value(maximisedKey(), window.isMaximized()).toBool();
+    centre(window);
+    window.resize(settings.value(sizeKey(), window.size()).toSize());
+    window.move(settings.value(positionKey(), window.pos()).toPoint());
+    if (tabs != nullptr) {
+        tabs->setCurrentIndex(settings.value(tabKey(), 0).toInt());
+    }
+    settings.endGroup();
+    if (showMaximised) {
+        window.showMaximized();
+    }
+}
+
+void WindowSettings::save(const QWidget& window, const QTabWidget* tabs) const
+{
+    QSettings settings;
+    settings.beginGroup(m_group);
+    settings.setValue(sizeKey(), window.size());
+    settings.setValue(positionKey(), window.pos());
+    if (m_maximised == Maximised::Kept) {
+        settings.setValue(maximisedKey(), window.isMaximized());
+    }
+    if (tabs != nullptr) {
+        settings.setValue(tabKey(), tabs->currentIndex());
+    }
+    settings.endGroup();
+}
+
+} // namespace gui

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#include "gui/MainWindow.h"
+
+#include <QApplication>
+#include <QStringList>
+
+namespace {
+
+QString version()
+{
+    QStringList numbers;
+    for (const int number : {5, 12, 1}) {
+        numbers.append(QString::number(number, 10));
+    }
+    return numbers.join(QLatin1Char('.'));
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    Q_INIT_RESOURCE(resource);
+    QCoreApplication::setOrganizationName(QStringLiteral("Quorvane"));
+    QCoreApplication::setOrganizationDomain(QStringLiteral("quorvane.com"));
+    QCoreApplication::setApplicationName(QStringLiteral("QvVisaConfigure"));
+    QCoreApplication::setApplicationVersion(version());
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    gui::MainWindow window(nullptr);
+    window.show();
+    return QApplication::exec();
+}
