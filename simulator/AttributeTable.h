@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "visa/VisaApi.h"
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+
+namespace simulator {
+
+/// The attributes of one session with their values. Safe from several threads.
+class AttributeTable
+{
+public:
+    /// How many bytes a value takes in the client's memory.
+    enum class Width
+    {
+        Byte = 1,
+        Short = 2,
+        Long = 4,
+        Wide = 8,
+    };
+    enum class Access
+    {
+        ReadOnly,
+        ReadWrite,
+    };
+
+    void addNumber(ViAttr attribute, Width width, Access access, std::uint64_t value);
+
+    /// Texts are read-only; a client gets VI_FIND_BUFLEN - 1 characters of it at most.
+    void addText(ViAttr attribute, std::string value);
+
+    /// VI_ERROR_NSUP_ATTR for an attribute that is not here, VI_ERROR_ATTR_READONLY,
+    /// VI_ERROR_NSUP_ATTR_STATE for a value wider than the attribute, or VI_SUCCESS.
+    ViStatus set(ViAttr attribute, ViAttrState value);
+
+    /// Writes the value in its own width, VI_SUCCESS, or answers VI_ERROR_NSUP_ATTR.
+    ViStatus get(ViAttr attribute, void* value) const;
+
+private:
+    struct Entry
+    {
+        bool isText;
+        Width width;
+        Access access;
+        std::uint64_t number;
+        std::string text;
+    };
+
+    /// Guards what follows.
+    mutable std::mutex m_mutex;
+    std::map<ViAttr, Entry> m_entries;
+};
+
+} // namespace simulator

@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: MIT
+#include "simulator/ResourceExpression.h"
+
+#include <utility>
+
+namespace simulator {
+
+/// Builds the states by recursive descent; each piece has one entry and one exit state.
+class ResourceExpressionCompiler
+{
+public:
+    explicit ResourceExpressionCompiler(std::string_view text) : m_rest(text) {}
+
+    std::optional<ResourceExpression> run()
+    {
+        const std::optional<Piece> whole = alternatives(0);
+        if (!whole || !m_rest.empty()) {
+            return std::nullopt;
+        }
+        m_expression.m_start = whole->entry;
+        m_expression.m_end = whole->exit;
+        return std::move(m_expression);
+    }
+
+private:
+    using CharacterSet = ResourceExpression::CharacterSet;
+
+    struct Piece
+    {
+        int entry;
+        int exit;
+    };
+
+    bool at(char c) const { return !m_rest.empty() && m_rest.front() == c; }
+
+    bool take(char c)
+    {
+        if (!at(c)) {
+            return false;
+        }
+        m_rest.remove_prefix(1);
+        return true;
+    }
+
+    int newState()
+    {
+        m_expression.m_states.emplace_back();
+        return static_cast<int>(m_expression.m_states.size()) - 1;
+    }
+
+    ResourceExpression::State& state(int index)
+    {
+        return m_expression.m_states[static_cast<std::size_t>(index)];
+    }
+
+    Piece consume(const CharacterSet& set)
+    {
+        m_expression.m_sets.push_back(set);
+        const Piece piece{newState(), newState()};
+        state(piece.entry).set = static_cast<int>(m_expression.m_sets.size()) - 1;
+        state(piece.entry).next = piece.exit;
+        return piece;
+    }
+
+    std::optional<Piece> alternatives(int depth)
+    {
+        std::optional<Piece> whole = sequence(depth);
+        while (whole && take('|')) {
+            const std::optional<Piece> other = sequence(depth);
+            if (!other) {
+                return std::nullopt;
+            }
+            const Piece either{newState(), newState()};
+            state(either.entry).next = whole->entry;
+            state(either.entry).alternative = other->entry;
+            state(whole->exit).next = either.exit;
+            state(other->exit).next = either.exit;
+            whole = either;
+        }
+        return whole;
+    }
+
+    std::optional<Piece> sequence(int depth)
+    {
+        std::optional<Piece> whole = repeated(depth);
+        while (whole && !m_rest.empty() && !at('|') && !at(')')) {
+            const std::optional<Piece> next = repeated(depth);
+            if (!next) {
+                return std::nullopt;
+            }
+            state(whole->exit).next = next->entry;
+            whole->exit = next->exit;
+        }
+        return whole;
+    }
+
+    std::optional<Piece> repeated(int depth)
+    {
+        std::optional<Piece> piece = atom(depth);
+        while (piece && (at('*') || at('+'))) {
+            const bool mayBeAbsent = m_rest.front() == '*';
+            m_rest.remove_prefix(1);
+            const Piece loop{newState(), newState()};
+            state(loop.entry).next = piece->entry;
+            state(loop.entry).alternative = mayBeAbsent ? loop.exit : -1;
+            state(piece->exit).next = piece->entry;
+            state(piece->exit).alternative = loop.exit;
+            piece = loop;
+        }
+        return piece;
+    }
+
+    std::optional<Piece> atom(int depth)
+    {
+        if (m_rest.empty() || at('*') || at('+') || at('|') || at(')')) {
+            return std::nullopt;
+        }
+        if (take('(')) {
+            if (depth == ResourceExpression::maximumDepth) {
+                return std::nullopt;
+            }
+            const std::optional<Piece> group = alternatives(depth + 1);
+            return group && take(')') ? group : std::nullopt;
+        }
+        if (take('[')) {
+            return list();
+        }
+        if (take('?')) {
+            return consume(CharacterSet().set());
+        }
+        CharacterSet set;
+        const std::optional<unsigned char> character = ordinary();
+        if (!character) {
+            return std::nullopt;
+        }
+        addRange(set, *character, *character);
+        return consume(set);
+    }
+
+    /// The next character, taken literally where a \ stands before it.
+    std::optional<unsigned char> ordinary()
+    {
+        take('\\');
+        if (m_rest.empty()) {
+            return std::nullopt;
+        }
+        const auto character = static_cast<unsigned char>(m_rest.front());
+        m_rest.remove_prefix(1);
+        return character;
+    }
+
+    std::optional<Piece> list()
+    {
+        const bool negated = take('^');
+        CharacterSet set;
+        while (!m_rest.empty() && !at(']')) {
+            const std::optional<unsigned char> first = ordinary();
+            std::optional<unsigned char> last = first;
+            // A hyphen at the end of a list stands for itself.
+            if (m_rest.size() >= 2 && m_rest[0] == '-' && m_rest[1] != ']') {
+                m_rest.remove_prefix(1);
+                last = ordinary();
+            }
+            if (!first || !last || *first > *last) {
+                return std::nullopt;
+            }
+            addRange(set, *first, *last);
+        }
+        if (!take(']') || set.none()) {
+            return std::nullopt;
+        }
+        return consume(negated ? ~set : set);
+    }
+
+    static void addRange(CharacterSet& set, unsigned char first, unsigned char last)
+    {
+        for (unsigned c = first; c <= last; ++c) {
+            set.set(c);
+            if ((c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) {
+                set.set(c ^ 0x20U);
+            }
+        }
+    }
+
+    std::string_view m_rest;
+    ResourceExpression m_expression;
+};
+
+std::optional<ResourceExpression> ResourceExpression::compile(std::string_view text)
+{
+    return ResourceExpressionCompiler(text).run();
+}
+
+bool ResourceExpression::matches(std::string_view text) const
+{
+    std::vector<int> active;
+    std::vector<int> upcoming;
+    std::vector<std::size_t> entered(m_states.size(), 0);
+    std::size_t step = 1;
+    enter(m_start, active, entered, step);
+    for (const char c : text) {
+        ++step;
+        upcoming.clear();
+        for (const int index : active) {
+            const State& state = m_states[static_cast<std::size_t>(index)];
+            if (state.set >= 0 &&
+                m_sets[static_cast<std::size_t>(state.set)][static_cast<unsigned char>(c)]) {
+                enter(state.next, upcoming, entered, step);
+            }
+        }
+        active.swap(upcoming);
+        if (active.empty()) {
+            return false;
+        }
+    }
+    return entered[static_cast<std::size_t>(m_end)] == step;
+}
+
+/// Adds a state and all that it reaches without a character to the active ones, each once a step.
+/// The list doubles as the queue, since depth must not depend on the expression.
+void ResourceExpression::enter(int state, std::vector<int>& active,
+                               std::vector<std::size_t>& entered, std::size_t step) const
+{
+    const auto add = [&](int index) {
+        if (index >= 0 && entered[static_cast<std::size_t>(index)] != step) {
+            entered[static_cast<std::size_t>(index)] = step;
+            active.push_back(index);
+        }
+    };
+    std::size_t next = active.size();
+    add(state);
+    for (; next < active.size(); ++next) {
+        const State& reached = m_states[static_cast<std::size_t>(active[next])];
+        if (reached.set < 0) {
+            add(reached.next);
+            add(reached.alternative);
+        }
+    }
+}
+
+} // namespace simulator
