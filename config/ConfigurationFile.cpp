@@ -204,9 +204,7 @@ void ConfigurationFile::save()
     if (m_path.empty()) {
         return;
     }
-    ModernConfigurationFile file(m_path);
-    file.setContents(m_aliases, m_resources, m_serialProperties, m_provider);
-    file.save();
+    ModernConfigurationFile::write(m_path, m_aliases, m_resources, m_serialProperties, m_provider);
 }
 
 } // namespace QvVisa

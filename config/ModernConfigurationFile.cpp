@@ -240,33 +240,37 @@ void ModernConfigurationFile::setContents(std::unordered_map<std::string, std::s
 
 void ModernConfigurationFile::save() const
 {
-    replaceFileContents(path(), composeText());
+    write(path(), m_aliases, m_resources, m_serialProperties, m_provider);
 }
 
-std::string ModernConfigurationFile::composeText() const
+void ModernConfigurationFile::write(const std::string& path,
+                                    const std::unordered_map<std::string, std::string>& aliases,
+                                    const std::vector<std::string>& resources,
+                                    const SerialPropertiesMap& serialProperties,
+                                    unsigned short provider)
 {
     std::string text = GetVersionString();
     text += "\n:Provider=";
-    appendNumber(text, m_provider);
+    appendNumber(text, provider);
     text += '\n';
-    for (const auto& [port, properties] : m_serialProperties) {
+    for (const auto& [port, properties] : serialProperties) {
         appendSerialLine(text, port, "Baudrate", properties.baudrate);
         appendSerialLine(text, port, "DataBits", properties.dataBits);
         appendSerialLine(text, port, "StopBits", properties.stopBits);
         appendSerialLine(text, port, "Parity", properties.parity);
         appendSerialLine(text, port, "FlowControl", properties.flowControl);
     }
-    for (const std::string& resource : m_resources) {
+    for (const std::string& resource : resources) {
         text += resource;
         text += '\n';
     }
-    for (const auto& [alias, resource] : m_aliases) {
+    for (const auto& [alias, resource] : aliases) {
         text += alias;
         text += '=';
         text += resource;
         text += '\n';
     }
-    return text;
+    replaceFileContents(path, text);
 }
 
 std::string ModernConfigurationFile::GetVersionString()

@@ -48,6 +48,13 @@ public:
     /// config/FileReplacement.h for what holds if the save is cut short.
     void save() const;
 
+    /// save() for contents that someone else holds: copying large tables would take longer than
+    /// writing them.
+    static void write(const std::string& path,
+                      const std::unordered_map<std::string, std::string>& aliases,
+                      const std::vector<std::string>& resources,
+                      const SerialPropertiesMap& serialProperties, unsigned short provider);
+
     /// ":QvVisaConfigurationFileVersion01", with which the first line of every file begins.
     static std::string GetVersionString();
 
@@ -61,7 +68,6 @@ private:
     void readLine(std::string_view text);
     void setGpibProperty(const ConfigurationLine& line);
     void setSerialProperty(const ConfigurationLine& line);
-    std::string composeText() const;
 
     GpibPropertiesMap m_gpibProperties;
     SerialPropertiesMap m_serialProperties;

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// Reading a configuration of 100,000 lines:
+//   readFile         the product's reader, from the file into the caller's tables
+//   splitLinesOnly   the floor: splits the lines, fills the same containers, copies them once
+#include "benchmarks/GeneratedFile.h"
+#include "config/LineReader.h"
+#include "config/ModernConfigurationFile.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr std::size_t s_lines = 100'000;
+
+void readFile(benchmark::State& state)
+{
+    const benchmarks::GeneratedFile file(s_lines);
+    for (auto _ : state) {
+        QvVisa::ModernConfigurationFile reader(file.path().string());
+        std::unordered_map<std::string, std::string> aliases;
+        std::vector<std::string> resources;
+        unsigned short provider = 0;
+        reader.parse(aliases, resources, provider);
+        benchmark::DoNotOptimize(aliases.size() + resources.size());
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+}
+BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
+
+void splitLinesOnly(benchmark::State& state)
+{
+    const benchmarks::GeneratedFile file(s_lines);
+    for (auto _ : state) {
+        std::unordered_map<std::string, std::string> aliases;
+        std::vector<std::string> resources;
+        QvVisa::LineReader reader(file.path().string());
+        std::string_view line;
+        while (reader.next(line)) {
+            if (line.front() == ':') {
+                continue;
+            }
+            const std::size_t equals = line.find('=');
+            if (equals == std::string_view::npos) {
+                resources.emplace_back(line);
+            } else {
+                aliases[std::string(line.substr(0, equals))] = line.substr(equals + 1);
+            }
+        }
+        const auto aliasesCopy = aliases;
+        const auto resourcesCopy = resources;
+        benchmark::DoNotOptimize(aliasesCopy.size() + resourcesCopy.size());
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+}
+BENCHMARK(splitLinesOnly)->Unit(benchmark::kMillisecond);
+
+} // namespace
