@@ -1,8 +1,7 @@
 # SPDX-License-Identifier: MIT
-# What every target of ours is built with: standard, warnings, Qt definitions.
+# What every target of ours is built with: warnings, Qt definitions, where includes start.
 
 add_library(qvvisa_build_rules INTERFACE)
-target_compile_features(qvvisa_build_rules INTERFACE cxx_std_17)
 target_compile_options(qvvisa_build_rules INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
     # Our forwarders bear the names of the VISA library's functions: a loaded library must not

@@ -72,13 +72,13 @@ std::string searchConfigFile(bool forWriting)
         }
     }
     if (const auto folder = workingFolder()) {
-        const std::string path = *folder + "/visa.conf";
+        std::string path = *folder + "/visa.conf";
         if (isExistingOrWritableFile(path, forWriting, status)) {
             return path;
         }
     }
     if (const auto home = environmentVariable("HOME")) {
-        const std::string path = *home + "/.quorvane/visa.conf";
+        std::string path = *home + "/.quorvane/visa.conf";
         if (isExistingFile(path, status)) {
             return path;
         }

@@ -279,6 +279,7 @@ std::string ModernConfigurationFile::GetVersionString()
     return s_versionString;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the path is taken by value on purpose.
 bool ModernConfigurationFile::isParseAble(std::string path)
 {
     const FileDescriptor file = FileDescriptor::openForReading(path);
