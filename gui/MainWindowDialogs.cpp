@@ -5,14 +5,37 @@
 #include "ui_MainWindow.h"
 
 #include "gui/ResourceDialog.h"
+#include "gui/RsrcStringEditor.h"
 
 namespace gui {
 
 void MainWindow::rsrcStringEditor()
-{}
+{
+    RsrcStringEditor editor(this);
+    if (editor.exec() != QDialog::Rejected) {
+        m_model.add(editor.getRsrcString(), editor.getAlias());
+    }
+}
 
 void MainWindow::rsrcStringEditorEdit()
-{}
+{
+    const QItemSelectionModel& selection = *m_ui->resourceView->selectionModel();
+    if (!selection.hasSelection()) {
+        return;
+    }
+    // The composer shall show what the user typed last.
+    finishCellEdit();
+    const int row = selection.currentIndex().row();
+    const QModelIndex resource = m_model.index(row, ConfigurationModel::ResourceColumn);
+    const QModelIndex alias = m_model.index(row, ConfigurationModel::AliasColumn);
+    RsrcStringEditor editor(this);
+    editor.setRsrcString(m_model.data(resource, Qt::DisplayRole).toString());
+    editor.setAlias(m_model.data(alias, Qt::DisplayRole).toString());
+    if (editor.exec() != QDialog::Rejected) {
+        m_model.setData(resource, editor.getRsrcString(), Qt::EditRole);
+        m_model.setData(alias, editor.getAlias(), Qt::EditRole);
+    }
+}
 
 void MainWindow::findResource()
 {
