@@ -23,13 +23,13 @@ void store(void* target, std::uint64_t number)
 void AttributeTable::addNumber(ViAttr attribute, Width width, Access access, std::uint64_t value)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_entries[attribute] = {false, width, access, value, {}};
+    m_entries[attribute] = {width, access, value};
 }
 
 void AttributeTable::addText(ViAttr attribute, std::string value)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_entries[attribute] = {true, Width::Byte, Access::ReadOnly, 0, std::move(value)};
+    m_entries[attribute] = {Width::Byte, Access::ReadOnly, std::move(value)};
 }
 
 ViStatus AttributeTable::set(ViAttr attribute, ViAttrState value)
@@ -46,7 +46,7 @@ ViStatus AttributeTable::set(ViAttr attribute, ViAttrState value)
     if (bits < 64 && (static_cast<std::uint64_t>(value) >> bits) != 0) {
         return VI_ERROR_NSUP_ATTR_STATE;
     }
-    entry->second.number = value;
+    entry->second.value = static_cast<std::uint64_t>(value);
     return VI_SUCCESS;
 }
 
@@ -57,11 +57,11 @@ ViStatus AttributeTable::get(ViAttr attribute, void* value) const
     if (entry == m_entries.end()) {
         return VI_ERROR_NSUP_ATTR;
     }
-    if (entry->second.isText) {
-        copyText(entry->second.text, static_cast<ViChar*>(value));
+    if (const auto* const text = std::get_if<std::string>(&entry->second.value)) {
+        copyText(*text, static_cast<ViChar*>(value));
         return VI_SUCCESS;
     }
-    const std::uint64_t number = entry->second.number;
+    const std::uint64_t number = std::get<std::uint64_t>(entry->second.value);
     switch (entry->second.width) {
     case Width::Byte:
         store<std::uint8_t>(value, number);
@@ -77,6 +77,13 @@ ViStatus AttributeTable::get(ViAttr attribute, void* value) const
         break;
     }
     return VI_SUCCESS;
+}
+
+std::optional<AttributeTable::Value> AttributeTable::value(ViAttr attribute) const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto entry = m_entries.find(attribute);
+    return entry != m_entries.end() ? std::optional(entry->second.value) : std::nullopt;
 }
 
 } // namespace simulator

@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <variant>
 
 namespace simulator {
 
@@ -22,6 +24,7 @@ public:
         Long = 4,
         Wide = 8,
     };
+    using Value = std::variant<std::uint64_t, std::string>;
     enum class Access
     {
         ReadOnly,
@@ -40,14 +43,15 @@ public:
     /// Writes the value in its own width, VI_SUCCESS, or answers VI_ERROR_NSUP_ATTR.
     ViStatus get(ViAttr attribute, void* value) const;
 
+    /// The value, nothing for an attribute that is not here.
+    std::optional<Value> value(ViAttr attribute) const;
+
 private:
     struct Entry
     {
-        bool isText;
         Width width;
         Access access;
-        std::uint64_t number;
-        std::string text;
+        Value value;
     };
 
     /// Guards what follows.

@@ -42,20 +42,6 @@ void Bench::addWaitForFile(SearchSetting<std::string> path)
     m_waits.push_back(std::move(path));
 }
 
-std::vector<Bench::Hit> Bench::search(const ResourceExpression& expression) const
-{
-    std::vector<Hit> hits;
-    for (std::size_t i = 0; i < m_resources.size(); ++i) {
-        const BenchResource& resource = m_resources[i];
-        for (std::uint32_t number = 1; number <= resource.size(); ++number) {
-            if (expression.matches(resource.numbered(number))) {
-                hits.push_back({static_cast<std::uint32_t>(i), number});
-            }
-        }
-    }
-    return hits;
-}
-
 std::string Bench::description(const Hit& hit) const
 {
     return m_resources[hit.resource].numbered(hit.number);

@@ -3,7 +3,6 @@
 
 #include "simulator/BenchResource.h"
 #include "simulator/Call.h"
-#include "simulator/ResourceExpression.h"
 
 #include <chrono>
 #include <cstdint>
@@ -55,9 +54,6 @@ public:
     void addWaitForFile(SearchSetting<std::string> path);
 
     const std::vector<BenchResource>& resources() const { return m_resources; }
-
-    /// All that match, in the order of the bench; every duplicate counts.
-    std::vector<Hit> search(const ResourceExpression& expression) const;
 
     std::string description(const Hit& hit) const;
 

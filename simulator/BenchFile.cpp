@@ -5,8 +5,9 @@
 #include "simulator/ResourceName.h"
 #include "simulator/StatusNames.h"
 
-#include <fstream>
-#include <iterator>
+#include <array>
+#include <cstdio>
+#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -105,10 +106,17 @@ std::string folderOf(const std::string& path)
 
 BenchFile BenchFile::read(const std::string& path)
 {
-    std::ifstream stream(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                               &std::fclose);
+    std::string text;
+    std::array<char, 65536> block{};
+    std::size_t length = 0;
+    while (file != nullptr &&
+           (length = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
+        text.append(block.data(), length);
+    }
     // A folder opens, and fails only when it is read.
-    if (!stream.is_open() || stream.bad()) {
+    if (file == nullptr || std::ferror(file.get()) != 0) {
         BenchFile nothing;
         nothing.m_messages.push_back({0, "the bench cannot be read; it counts as empty"});
         return nothing;

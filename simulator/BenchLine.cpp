@@ -46,7 +46,7 @@ void BenchLine::readWord()
         if (c == '\0') {
             throw BenchLineError("a zero byte cannot stand in a bench");
         }
-        if (c == '=' && !quoted && !word.hasValue) {
+        if (c == '=' && !word.hasValue) {
             word.hasValue = true;
             word.name = word.text;
             word.text += c;

@@ -30,18 +30,21 @@ std::string BenchResource::numbered(std::uint32_t number) const
 
 bool BenchResource::isNamed(std::string_view text) const
 {
-    const std::size_t at = repeat == 0 ? std::string::npos : description.find(placeholder);
-    std::uint32_t number = 1;
-    if (at != std::string::npos) {
-        // Reading the number out of the text spares trying a million of them.
-        const std::string_view rest = text.substr(std::min(at, text.size()));
-        const auto read = parseNumber(rest.substr(0, rest.find_first_not_of("0123456789")), repeat);
-        if (!read || *read == 0) {
-            return false;
-        }
-        number = static_cast<std::uint32_t>(*read);
+    const std::string key = resourceKey(text);
+    const std::string first = resourceKey(numbered(1));
+    if (key == first || repeat < 2) {
+        return key == first;
     }
-    return resourceKey(numbered(number)) == resourceKey(text);
+    // Reading the number out of the text spares trying a million of them. It stands where the
+    // first two differ.
+    const std::string second = resourceKey(numbered(2));
+    const auto at = static_cast<std::size_t>(
+        std::mismatch(first.begin(), first.end(), second.begin(), second.end()).first -
+        first.begin());
+    const std::string rest = key.substr(std::min(at, key.size()));
+    const auto number = parseNumber(rest.substr(0, rest.find_first_not_of("0123456789")), repeat);
+    return number && *number != 0 &&
+           resourceKey(numbered(static_cast<std::uint32_t>(*number))) == key;
 }
 
 } // namespace simulator

@@ -69,14 +69,23 @@ void CallLog::hexArgument(ViUInt32 number)
     addArgument(formatted("0x%08X", number));
 }
 
-void CallLog::argument(const char* text)
-{
-    addArgument(text != nullptr ? quoted(text) : "null");
-}
-
-void CallLog::argument(std::string_view text)
+void CallLog::textArgument(std::string_view text)
 {
     addArgument(quoted(text));
+}
+
+void CallLog::textArgument(const char* text)
+{
+    if (text != nullptr) {
+        textArgument(std::string_view(text));
+    } else {
+        nullArgument();
+    }
+}
+
+void CallLog::nullArgument()
+{
+    addArgument("null");
 }
 
 void CallLog::result(std::string_view name, std::uint64_t number)

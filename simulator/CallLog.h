@@ -28,8 +28,10 @@ public:
 
     void argument(std::uint64_t number);
     void hexArgument(ViUInt32 number);
-    void argument(const char* text);
-    void argument(std::string_view text);
+    void textArgument(std::string_view text);
+    /// The pointer may be null.
+    void textArgument(const char* text);
+    void nullArgument();
 
     void result(std::string_view name, std::uint64_t number);
     void result(std::string_view name, std::string_view text);

@@ -69,7 +69,7 @@ ViStatus open(CallLog& log, ViSession session, ViConstString resource, ViAccessM
     CallLog log(Call::Open);
     return finishCall(log, [&] {
         log.argument(session);
-        log.argument(resource);
+        log.textArgument(resource);
         log.argument(accessMode);
         log.argument(openTimeout);
         return open(log, session, resource, accessMode, instrument);
@@ -82,10 +82,13 @@ ViStatus open(CallLog& log, ViSession session, ViConstString resource, ViAccessM
     CallLog log(Call::Write);
     return finishCall(log, [&]() -> ViStatus {
         log.argument(session);
-        const std::string_view message =
-            buffer != nullptr ? std::string_view(reinterpret_cast<const char*>(buffer), count)
-                              : std::string_view();
-        log.argument(message);
+        const std::string_view message(reinterpret_cast<const char*>(buffer),
+                                       buffer != nullptr ? count : 0);
+        if (buffer != nullptr) {
+            log.textArgument(message);
+        } else {
+            log.nullArgument();
+        }
         log.argument(count);
         const auto instrument = handles().find<InstrumentSession>(session);
         if (instrument == nullptr) {

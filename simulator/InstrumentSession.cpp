@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/InstrumentSession.h"
 
-#include "simulator/ResourceManagerSession.h"
+#include "simulator/InstrumentAttributes.h"
 #include "simulator/VisaAttributes.h"
 #include "simulator/VisaClientApi.h"
 
@@ -12,21 +12,6 @@
 namespace simulator {
 
 namespace {
-
-using Access = AttributeTable::Access;
-using Width = AttributeTable::Width;
-
-void addSerialAttributes(AttributeTable& attributes)
-{
-    attributes.addNumber(VI_ATTR_ASRL_BAUD, Width::Long, Access::ReadWrite, 9600);
-    attributes.addNumber(VI_ATTR_ASRL_DATA_BITS, Width::Short, Access::ReadWrite, 8);
-    attributes.addNumber(VI_ATTR_ASRL_PARITY, Width::Short, Access::ReadWrite, 0);
-    // In tenths of a bit.
-    attributes.addNumber(VI_ATTR_ASRL_STOP_BITS, Width::Short, Access::ReadWrite, 10);
-    attributes.addNumber(VI_ATTR_ASRL_FLOW_CNTRL, Width::Short, Access::ReadWrite, 0);
-    attributes.addNumber(VI_ATTR_ASRL_END_IN, Width::Short, Access::ReadWrite, 2);
-    attributes.addNumber(VI_ATTR_ASRL_END_OUT, Width::Short, Access::ReadWrite, 0);
-}
 
 std::string_view trimmed(std::string_view text)
 {
@@ -46,23 +31,9 @@ InstrumentSession::InstrumentSession(std::shared_ptr<ResourceManagerSession> man
     : m_manager(std::move(manager)),
       m_identification(std::move(identification))
 {
-    addCommonAttributes(m_attributes);
-    m_attributes.addText(VI_ATTR_RSRC_CLASS, name.resourceClass);
-    m_attributes.addText(VI_ATTR_RSRC_NAME, name.fullName);
-    m_attributes.addText(VI_ATTR_INTF_INST_NAME,
-                         name.fullName.substr(0, name.fullName.find("::")) + " (stand-in)");
-    m_attributes.addNumber(VI_ATTR_RM_SESSION, Width::Long, Access::ReadOnly, managerHandle);
-    m_attributes.addNumber(VI_ATTR_INTF_TYPE, Width::Short, Access::ReadOnly, name.interfaceType);
-    m_attributes.addNumber(VI_ATTR_INTF_NUM, Width::Short, Access::ReadOnly, name.interfaceNumber);
-    m_attributes.addNumber(VI_ATTR_TMO_VALUE, Width::Long, Access::ReadWrite, 2000);
-    m_attributes.addNumber(VI_ATTR_TERMCHAR, Width::Byte, Access::ReadWrite, '\n');
-    m_attributes.addNumber(VI_ATTR_TERMCHAR_EN, Width::Short, Access::ReadWrite, 0);
-    m_attributes.addNumber(VI_ATTR_SEND_END_EN, Width::Short, Access::ReadWrite, 1);
-    m_attributes.addNumber(VI_ATTR_SUPPRESS_END_EN, Width::Short, Access::ReadWrite, 0);
-    m_attributes.addNumber(VI_ATTR_IO_PROT, Width::Short, Access::ReadWrite, 1);
-    if (name.interfaceType == VI_INTF_ASRL) {
-        addSerialAttributes(m_attributes);
-    }
+    addInstrumentAttributes(m_attributes, name);
+    m_attributes.addNumber(VI_ATTR_RM_SESSION, AttributeTable::Width::Long,
+                           AttributeTable::Access::ReadOnly, managerHandle);
 }
 
 void InstrumentSession::write(std::string_view message)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <bitset>
-#include <cstddef>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -14,8 +13,8 @@ namespace simulator {
 /// | either side, ( ) grouping, \ takes the special meaning from the next character. Upper and
 /// lower case ASCII letters are alike; a character is one byte.
 ///
-/// Matching takes time proportional to expression times text, whatever either holds. A compiled
-/// expression is immutable and may be used from several threads.
+/// A compiled expression is immutable and may be used from several threads; ResourceMatcher holds
+/// texts against it.
 class ResourceExpression
 {
 public:
@@ -27,11 +26,9 @@ public:
     /// that runs backwards, a \ at the end.
     static std::optional<ResourceExpression> compile(std::string_view text);
 
-    /// True where the whole text matches.
-    bool matches(std::string_view text) const;
-
 private:
     friend class ResourceExpressionCompiler;
+    friend class ResourceMatcher;
 
     using CharacterSet = std::bitset<256>;
 
@@ -44,9 +41,6 @@ private:
     };
 
     ResourceExpression() = default;
-
-    void enter(int state, std::vector<int>& active, std::vector<std::size_t>& entered,
-               std::size_t step) const;
 
     std::vector<State> m_states;
     std::vector<CharacterSet> m_sets;

@@ -30,7 +30,4 @@ private:
     std::array<std::atomic<std::uint32_t>, callNames.size()> m_counts{};
 };
 
-/// The attributes that every session has: who made the library, and which versions it follows.
-void addCommonAttributes(AttributeTable& attributes);
-
 } // namespace simulator

@@ -4,6 +4,7 @@
 #include "simulator/Numbers.h"
 #include "simulator/VisaClientApi.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -48,23 +49,6 @@ constexpr Form forms[] = {
     {VI_INTF_FIREWIRE, "INSTR", 1, 3},
 };
 
-/// The parts between the double colons; those inside an address in brackets part nothing.
-std::vector<std::string> split(std::string_view text)
-{
-    std::vector<std::string> parts(1);
-    bool bracketed = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        bracketed = text[i] == '[' || (bracketed && text[i] != ']');
-        if (!bracketed && text.substr(i, 2) == "::") {
-            parts.emplace_back();
-            ++i;
-        } else {
-            parts.back() += text[i];
-        }
-    }
-    return parts;
-}
-
 std::string join(const std::vector<std::string>& parts)
 {
     std::string text = parts.front();
@@ -94,17 +78,32 @@ const Form* formOf(ViUInt16 type, const std::string& resourceClass)
     return nullptr;
 }
 
-bool hasEmptyPart(const std::vector<std::string>& parts)
+/// Empty parts and brackets without end are in none of the forms.
+bool isBroken(const std::vector<std::string>& parts)
 {
-    for (const std::string& part : parts) {
-        if (part.empty()) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(parts.begin(), parts.end(), [](const std::string& part) {
+        return part.empty() ||
+               (part.find('[') != std::string::npos && part.find(']') == std::string::npos);
+    });
 }
 
 } // namespace
+
+std::vector<std::string> splitResource(std::string_view text)
+{
+    std::vector<std::string> parts(1);
+    bool bracketed = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bracketed = text[i] == '[' || (bracketed && text[i] != ']');
+        if (!bracketed && text.substr(i, 2) == "::") {
+            parts.emplace_back();
+            ++i;
+        } else {
+            parts.back() += text[i];
+        }
+    }
+    return parts;
+}
 
 std::string toUpper(std::string_view text)
 {
@@ -131,9 +130,9 @@ std::optional<ViUInt16> interfaceTypeFromText(std::string_view text)
 
 std::optional<ResourceName> ResourceName::parse(std::string_view text)
 {
-    std::vector<std::string> parts = split(text);
+    std::vector<std::string> parts = splitResource(text);
     const std::string head = toUpper(parts.front());
-    if (hasEmptyPart(parts)) {
+    if (isBroken(parts)) {
         return std::nullopt;
     }
     if (head == "QVIB") {
@@ -174,7 +173,7 @@ std::string resourceKey(std::string_view text)
     if (!name) {
         return toUpper(text);
     }
-    std::vector<std::string> parts = split(toUpper(name->fullName));
+    std::vector<std::string> parts = splitResource(toUpper(name->fullName));
     const std::size_t last = parts.size() - 2;
     const bool isDefaultDevice = name->interfaceType == VI_INTF_TCPIP &&
                                  name->resourceClass == "INSTR" && last == 2 &&

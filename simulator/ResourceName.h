@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace simulator {
 
@@ -33,6 +34,10 @@ std::optional<ViUInt16> interfaceTypeFromText(std::string_view text);
 /// address 0). A text that is no resource string is its
 /// own key, in upper case.
 std::string resourceKey(std::string_view text);
+
+/// The parts between the double colons, one at least; a double colon in an address in [brackets]
+/// parts nothing.
+std::vector<std::string> splitResource(std::string_view text);
 
 /// A copy with ASCII letters in upper case; other bytes stay.
 std::string toUpper(std::string_view text);

@@ -7,6 +7,7 @@
 #include "simulator/FindList.h"
 #include "simulator/ResourceLookup.h"
 #include "simulator/ResourceManagerSession.h"
+#include "simulator/SearchExpression.h"
 #include "simulator/VisaClientApi.h"
 
 #include <algorithm>
@@ -82,7 +83,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
         return VI_ERROR_USER_BUF;
     }
     const std::string expressionText = text != nullptr ? text : "";
-    const auto expression = simulator::ResourceExpression::compile(expressionText);
+    const auto expression = simulator::SearchExpression::compile(expressionText);
     if (!expression) {
         return VI_ERROR_INV_EXPR;
     }
@@ -93,7 +94,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
     if (planned < 0) {
         return planned;
     }
-    std::vector<Bench::Hit> hits = bench.search(*expression);
+    std::vector<Bench::Hit> hits = expression->search(bench);
     const std::optional<ViUInt32> toldCount = bench.count(expressionText);
     if (hits.empty() && !toldCount) {
         return VI_ERROR_RSRC_NFOUND;
@@ -150,7 +151,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
     CallLog log(Call::FindRsrc);
     return finishCall(log, [&] {
         log.argument(session);
-        log.argument(expression);
+        log.textArgument(expression);
         return find(log, session, expression, findList, count, description);
     });
 }
@@ -188,7 +189,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
     CallLog log(Call::ParseRsrc);
     return finishCall(log, [&]() -> ViStatus {
         log.argument(session);
-        log.argument(resource);
+        log.textArgument(resource);
         if (interfaceType == nullptr || interfaceNumber == nullptr) {
             return VI_ERROR_USER_BUF;
         }
@@ -209,7 +210,7 @@ viParseRsrcEx(ViSession session, ViConstString resource, ViUInt16* interfaceType
     CallLog log(Call::ParseRsrcEx);
     return finishCall(log, [&]() -> ViStatus {
         log.argument(session);
-        log.argument(resource);
+        log.textArgument(resource);
         if (interfaceType == nullptr || interfaceNumber == nullptr || resourceClass == nullptr ||
             expandedName == nullptr || alias == nullptr) {
             return VI_ERROR_USER_BUF;

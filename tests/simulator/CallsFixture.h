@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "simulator/StatusNames.h"
+#include "simulator/VisaClientApi.h"
+#include "tests/simulator/LoadedLibrary.h"
+#include "tests/support/BenchFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+/// A case with the library loaded and a bench of its own. Statuses are compared by name, so that a
+/// failure can be read.
+class CallsFixture : public testing::Test
+{
+protected:
+    /// A client's buffer whose every character shows whether it was written.
+    struct Buffer
+    {
+        Buffer() { characters.fill('~'); }
+        std::string text() const { return characters.data(); }
+        bool isUntouched() const { return characters == Buffer().characters; }
+
+        // One more than a description takes, to catch what is written behind it.
+        std::array<char, VI_FIND_BUFLEN + 1> characters;
+    };
+
+    ViSession openManager()
+    {
+        ViSession session = VI_NULL;
+        EXPECT_EQ(simulator::statusName(visa.openDefaultRM(&session)), "VI_SUCCESS");
+        return session;
+    }
+
+    /// All that a search finds, read as the count says.
+    std::vector<std::string> list(ViSession session, const char* expression)
+    {
+        std::vector<std::string> found;
+        ViFindList findList = VI_NULL;
+        ViUInt32 count = 0;
+        Buffer description;
+        if (visa.findRsrc(session, expression, &findList, &count, description.characters.data()) <
+            0) {
+            return found;
+        }
+        found.push_back(description.text());
+        for (ViUInt32 i = 1; i < count; ++i) {
+            EXPECT_EQ(simulator::statusName(visa.findNext(findList, description.characters.data())),
+                      "VI_SUCCESS");
+            found.push_back(description.text());
+        }
+        EXPECT_EQ(simulator::statusName(visa.findNext(findList, description.characters.data())),
+                  "VI_ERROR_RSRC_NFOUND");
+        EXPECT_EQ(simulator::statusName(visa.close(findList)), "VI_SUCCESS");
+        return found;
+    }
+
+    const LoadedLibrary& visa = LoadedLibrary::instance();
+    support::BenchFixture bench;
+};

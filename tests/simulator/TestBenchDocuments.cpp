@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+// What people are given to read and to copy from must be read without a message.
+
+#include "simulator/BenchEnvironment.h"
+#include "simulator/BenchFile.h"
+#include "simulator/ResourceName.h"
+#include "simulator/VisaClientApi.h"
+#include "tests/support/Files.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using simulator::Bench;
+using simulator::BenchFile;
+using simulator::BenchResource;
+using simulator::ResourceName;
+
+namespace {
+
+const std::string sourceFolder = QVVISA_SOURCE_FOLDER;
+
+/// The texts between ```bench and ```.
+std::vector<std::string> examplesOf(const std::string& document)
+{
+    std::vector<std::string> examples;
+    std::istringstream lines(document);
+    bool isInside = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (line == "```bench") {
+            examples.emplace_back();
+            isInside = true;
+        } else if (line == "```") {
+            isInside = false;
+        } else if (isInside) {
+            examples.back() += line + '\n';
+        }
+    }
+    return examples;
+}
+
+void expectNoMessage(const BenchFile& file)
+{
+    for (const BenchFile::Message& message : file.messages()) {
+        ADD_FAILURE() << message.line << ": " << message.text;
+    }
+}
+
+bool isAscii(const std::string& text)
+{
+    return text.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                  "[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~") == std::string::npos;
+}
+
+} // namespace
+
+TEST(BenchDocuments, EveryExampleIsRead)
+{
+    const auto examples = examplesOf(support::readFile(sourceFolder + "/docs/bench-file.md"));
+    EXPECT_EQ(examples.size(), 4U);
+    for (const std::string& example : examples) {
+        SCOPED_TRACE(example);
+        const BenchFile file = BenchFile::parse(example);
+        expectNoMessage(file);
+        EXPECT_FALSE(file.bench().resources().empty());
+    }
+}
+
+TEST(BenchDocuments, NamesEveryCallAndLimit)
+{
+    const std::string document = support::readFile(sourceFolder + "/docs/bench-file.md");
+    const auto expectNamed = [&](const std::string& text) {
+        EXPECT_NE(document.find('`' + text + '`'), std::string::npos) << text;
+    };
+    for (const std::string_view name : simulator::callNames) {
+        expectNamed(std::string(name));
+    }
+    expectNamed(BenchResource().identification);
+    EXPECT_NE(document.find("up to " + std::to_string(BenchFile::maximumRepeat)),
+              std::string::npos);
+    EXPECT_NE(document.find("up to " + std::to_string(BenchFile::maximumScanTime)),
+              std::string::npos);
+}
+
+TEST(BenchDocuments, TheSampleIsABelievableBench)
+{
+    const BenchFile file = BenchFile::read(sourceFolder + "/simulator/sample-bench.txt");
+    expectNoMessage(file);
+    int ports = 0;
+    std::set<std::string> identifications;
+    for (const BenchResource& resource : file.bench().resources()) {
+        const auto name = ResourceName::parse(resource.description);
+        ASSERT_TRUE(name) << resource.description;
+        ports += name->interfaceType == VI_INTF_ASRL ? 1 : 0;
+        EXPECT_TRUE(identifications.insert(resource.identification).second)
+            << resource.identification;
+        EXPECT_NE(resource.identification, BenchResource().identification);
+    }
+    EXPECT_EQ(ports, 3);
+    EXPECT_EQ(file.bench().resources().size(), 15U);
+}
+
+TEST(BenchDocuments, TheBuiltInBenchHasEveryInterfaceInPlainText)
+{
+    const BenchFile file = BenchFile::parse(simulator::builtinBench);
+    expectNoMessage(file);
+    std::vector<std::string> kinds;
+    for (const BenchResource& resource : file.bench().resources()) {
+        const auto name = ResourceName::parse(resource.description);
+        ASSERT_TRUE(name) << resource.description;
+        EXPECT_TRUE(isAscii(resource.description + resource.identification));
+        kinds.push_back(resource.description.substr(0, 4) + name->resourceClass);
+    }
+    EXPECT_EQ(kinds, (std::vector<std::string>{"TCPIINSTR", "TCPIINSTR", "TCPISOCKET", "USB0INSTR",
+                                               "GPIBINSTR", "ASRLINSTR", "ASRLINSTR"}));
+    EXPECT_NE(simulator::builtinBench.find("hislip0"), std::string_view::npos);
+    EXPECT_NE(simulator::builtinBench.find("inst0"), std::string_view::npos);
+}

@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: MIT
+#include "simulator/BenchFile.h"
+#include "simulator/VisaClientApi.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+using simulator::Bench;
+using simulator::BenchFile;
+using simulator::BenchResource;
+using simulator::Call;
+
+namespace {
+
+/// The bench of a text that must be without fault.
+Bench benchOf(const std::string& text)
+{
+    const BenchFile file = BenchFile::parse(text, "/bench/");
+    for (const BenchFile::Message& message : file.messages()) {
+        ADD_FAILURE() << "line " << message.line << ": " << message.text;
+    }
+    return file.bench();
+}
+
+std::vector<std::string> descriptions(const Bench& bench)
+{
+    std::vector<std::string> texts;
+    for (const BenchResource& resource : bench.resources()) {
+        for (std::uint32_t number = 1; number <= resource.size(); ++number) {
+            texts.push_back(resource.numbered(number));
+        }
+    }
+    return texts;
+}
+
+using Texts = std::vector<std::string>;
+
+} // namespace
+
+TEST(BenchFile, ReadsResourcesInOrderWithDuplicates)
+{
+    const Bench bench = benchOf("# a comment\n"
+                                "\n"
+                                "resource GPIB0::20::INSTR\n"
+                                "  \t resource\tASRL1::INSTR   # behind it\n"
+                                "resource GPIB0::20::INSTR#not-a-comment\r\n"
+                                "resource GPIB0::20::INSTR");
+    EXPECT_EQ(descriptions(bench), (Texts{"GPIB0::20::INSTR", "ASRL1::INSTR",
+                                          "GPIB0::20::INSTR#not-a-comment", "GPIB0::20::INSTR"}));
+    EXPECT_TRUE(bench.resources()[0].hasEnd);
+    EXPECT_FALSE(bench.resources()[0].interface);
+    EXPECT_EQ(bench.resources()[0].identification, "Quorvane,Stand-in instrument,0,1.0");
+}
+
+TEST(BenchFile, ReadsQuotesAndEscapes)
+{
+    const Bench bench = benchOf("resource \"\"\n"
+                                "resource \"two words # no comment\"\n"
+                                "resource half\"quoted \"word\n"
+                                "resource caf\\xE9\\x0a\n"
+                                "resource \\\\\\\"\\x23 \n"
+                                "resource \"\\\"\"\n"
+                                "resource a=b\n");
+    EXPECT_EQ(descriptions(bench), (Texts{"", "two words # no comment", "halfquoted word",
+                                          "caf\xE9\n", "\\\"#", "\"", "a=b"}));
+}
+
+TEST(BenchFile, ReadsOptions)
+{
+    const Bench bench = benchOf("resource one idn=\"A, \\\"B\\\", =C\" interface=ASRL,7 no-end\n"
+                                "resource two interface=33024,0xFFFF\n"
+                                "resource three \"idn=quoted all over\"\n");
+    EXPECT_EQ(bench.resources()[2].identification, "quoted all over");
+    const BenchResource& one = bench.resources()[0];
+    EXPECT_EQ(one.identification, "A, \"B\", =C");
+    ASSERT_TRUE(one.interface);
+    EXPECT_EQ(one.interface->type, VI_INTF_ASRL);
+    EXPECT_EQ(one.interface->number, 7);
+    EXPECT_FALSE(one.hasEnd);
+    const BenchResource& two = bench.resources()[1];
+    ASSERT_TRUE(two.interface);
+    EXPECT_EQ(two.interface->type, 33024);
+    EXPECT_EQ(two.interface->number, 65535);
+}
+
+TEST(BenchFile, RepeatsResources)
+{
+    const Bench bench = benchOf("resource ASRL{n}::INSTR repeat=3\n"
+                                "resource same repeat=2\n"
+                                "resource {n}.{n} repeat=1\n"
+                                "resource plain{n}\n");
+    EXPECT_EQ(descriptions(bench), (Texts{"ASRL1::INSTR", "ASRL2::INSTR", "ASRL3::INSTR", "same",
+                                          "same", "1.1", "plain{n}"}));
+}
+
+TEST(BenchFile, FindsByMeaning)
+{
+    const Bench bench = benchOf("resource GPIB0::20::INSTR idn=first\n"
+                                "resource gpib0::20::instr idn=second\n"
+                                "resource ASRL{n}::INSTR repeat=1000000 idn=port\n"
+                                "resource ASRL7::INSTR idn=late\n"
+                                "resource same repeat=2 idn=same\n"
+                                "resource gpib::1::{n} repeat=30 idn=bus\n"
+                                "resource host9{n}.{n} repeat=30 idn=host\n");
+    const auto identification = [&](const char* name) {
+        const BenchResource* const resource = bench.find(name);
+        return resource != nullptr ? resource->identification : "none";
+    };
+    EXPECT_EQ(identification("GPIB0::20::INSTR"), "first");
+    EXPECT_EQ(identification("GPIB::20"), "first");
+    EXPECT_EQ(identification("asrl1::instr"), "port");
+    EXPECT_EQ(identification("ASRL1000000::INSTR"), "port");
+    EXPECT_EQ(identification("ASRL7::INSTR"), "port");
+    EXPECT_EQ(identification("SAME"), "same");
+    EXPECT_EQ(identification("GPIB0::1::12::INSTR"), "bus");
+    EXPECT_EQ(identification("host912.12"), "host");
+    EXPECT_EQ(identification("host912.13"), "none");
+    EXPECT_EQ(identification("host9"), "none");
+    EXPECT_EQ(identification("GPIB0::1::INSTR"), "none");
+    EXPECT_EQ(identification("ASRL0::INSTR"), "none");
+    EXPECT_EQ(identification("ASRL1000001::INSTR"), "none");
+    EXPECT_EQ(identification("ASRL{n}::INSTR"), "none");
+    EXPECT_EQ(identification("ASR"), "none");
+    EXPECT_EQ(identification(""), "none");
+}
+
+TEST(BenchFile, ADescriptionFillsTheClientsBufferAndNoMore)
+{
+    const std::string text255(255, 'a');
+    const std::string text256(256, 'b');
+    const Bench bench = benchOf("resource " + text255 + "\nresource " + text256 +
+                                " no-end\nresource short no-end\nresource \"\"\n");
+    EXPECT_EQ(bench.delivered({0, 1}), text255 + '\0');
+    EXPECT_EQ(bench.delivered({1, 1}), text256);
+    EXPECT_EQ(bench.delivered({2, 1}), "short" + std::string(251, 'x'));
+    EXPECT_EQ(bench.delivered({3, 1}), std::string(1, '\0'));
+}
+
+TEST(BenchFile, ReadsStatuses)
+{
+    const Bench bench = benchOf("status viClose VI_ERROR_CLOSING_FAILED\n"
+                                "status viFindNext 0xBFFF003E at=2\n"
+                                "status viFindNext VI_SUCCESS at=4\n"
+                                "status viFindRsrc VI_ERROR_SYSTEM_ERROR for=?*\n"
+                                "status viFindRsrc 0x3FFF0085 at=3 for=ASRL?*\n"
+                                "status viOpenDefaultRM VI_ERROR_ALLOC\n");
+    EXPECT_EQ(bench.status(Call::Close, 1), visaError(0x16));
+    EXPECT_EQ(bench.status(Call::Close, 99), visaError(0x16));
+    EXPECT_FALSE(bench.status(Call::FindNext, 1));
+    EXPECT_EQ(bench.status(Call::FindNext, 2), visaError(0x3E));
+    EXPECT_FALSE(bench.status(Call::FindNext, 3));
+    EXPECT_EQ(bench.status(Call::FindNext, 4), VI_SUCCESS);
+    EXPECT_EQ(bench.status(Call::FindRsrc, 1, "?*"), VI_ERROR_SYSTEM_ERROR);
+    EXPECT_FALSE(bench.status(Call::FindRsrc, 1, "?*::INSTR"));
+    EXPECT_FALSE(bench.status(Call::FindRsrc, 1, "ASRL?*"));
+    EXPECT_EQ(bench.status(Call::FindRsrc, 3, "ASRL?*"), visaWarning(0x85));
+    EXPECT_EQ(bench.status(Call::OpenDefaultRM, 1), VI_ERROR_ALLOC);
+    EXPECT_FALSE(bench.status(Call::Open, 1));
+}
+
+TEST(BenchFile, KnowsEveryCallByName)
+{
+    for (const std::string_view name : simulator::callNames) {
+        const Bench bench = benchOf("status " + std::string(name) + " VI_ERROR_IO\n");
+        EXPECT_EQ(bench.status(*simulator::callFromText(name), 1), visaError(0x3E)) << name;
+    }
+}
+
+TEST(BenchFile, TheLastSettingThatFitsCounts)
+{
+    const Bench bench = benchOf("status viClose VI_ERROR_IO at=2\n"
+                                "status viClose VI_ERROR_TMO\n"
+                                "status viClose VI_SUCCESS at=1\n"
+                                "count 7 for=?*\n"
+                                "count 8\n"
+                                "count 9 for=ASRL?*\n"
+                                "scan-time 1\n"
+                                "scan-time 0x10 for=?*\n");
+    EXPECT_EQ(bench.status(Call::Close, 1), VI_SUCCESS);
+    EXPECT_EQ(bench.status(Call::Close, 2), VI_ERROR_TMO);
+    EXPECT_EQ(bench.count("?*"), 8U);
+    EXPECT_EQ(bench.count("ASRL?*"), 9U);
+    EXPECT_EQ(bench.scanTime("x"), std::chrono::milliseconds(1));
+    EXPECT_EQ(bench.scanTime("?*"), std::chrono::milliseconds(16));
+}
+
+TEST(BenchFile, ReadsTheSettingsOfTheSearch)
+{
+    const Bench bench = benchOf("count 4294967295\n"
+                                "count 0 for=\"a b\"\n"
+                                "scan-time 3600000\n"
+                                "wait-for-file /tmp/there\n"
+                                "wait-for-file \"sub folder/go=1\" for=?*\n");
+    EXPECT_EQ(bench.count("?*"), 4294967295U);
+    EXPECT_EQ(bench.count("a b"), 0U);
+    EXPECT_EQ(bench.scanTime("?*"), std::chrono::hours(1));
+    EXPECT_EQ(bench.waitForFile("ASRL?*"), "/tmp/there");
+    EXPECT_EQ(bench.waitForFile("?*"), "/bench/sub folder/go=1");
+
+    const Bench nothing = benchOf("");
+    EXPECT_FALSE(nothing.count("?*"));
+    EXPECT_EQ(nothing.scanTime("?*"), std::chrono::milliseconds(0));
+    EXPECT_EQ(nothing.waitForFile("?*"), "");
+}
+
+TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
+{
+    struct Case
+    {
+        std::string line;
+        std::string message;
+    };
+    const std::string escapes = "behind a \\ comes \\, \" or x with two hexadecimal digits";
+    const std::string zero = "a zero byte cannot stand in a bench";
+    const std::vector<Case> cases{
+        {"scantime 5", "unknown setting \"scantime\""},
+        {"Resource x", "unknown setting \"Resource\""},
+        {"\"\" x", "unknown setting \"\""},
+        {"ASRL1::INSTR", "unknown setting \"ASRL1::INSTR\""},
+        {"resource", "resource: the description is missing"},
+        {"resource x y", "resource: unknown option \"y\""},
+        {"resource x IDN=y", "resource: unknown option \"IDN=y\""},
+        {"resource x idn", "resource: unknown option \"idn\""},
+        {"resource x no-end=1", "resource: unknown option \"no-end=1\""},
+        {"resource x interface=ASRL",
+         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
+         "65535, not \"ASRL\""},
+        {"resource x interface=SERIAL,1",
+         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
+         "65535, not \"SERIAL,1\""},
+        {"resource x interface=4,65536",
+         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
+         "65535, not \"4,65536\""},
+        {"resource x interface=4,1,2",
+         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
+         "65535, not \"4,1,2\""},
+        {"resource x repeat=0", "resource: repeat: \"0\" is not a number from 1 to 10000000"},
+        {"resource x repeat=10000001",
+         "resource: repeat: \"10000001\" is not a number from 1 to 10000000"},
+        {"resource x repeat=-1", "resource: repeat: \"-1\" is not a number from 1 to 10000000"},
+        {"resource " + std::string(256, 'x'),
+         "resource: a description has 255 characters at most, not 256"},
+        {"resource " + std::string(257, 'x') + " no-end",
+         "resource: a description has 256 characters at most, not 257"},
+        {"resource " + std::string(253, 'x') + "{n} repeat=100",
+         "resource: a description has 255 characters at most, not 256"},
+        {"resource \"x", "a quote is not closed"},
+        {"resource x\\", escapes},
+        {"resource x\\n", escapes},
+        {"resource x\\x4", escapes},
+        {"resource x\\xG0", escapes},
+        {"resource x\\x00", zero},
+        {std::string("resource x\0y", 12), zero},
+        {"status", "status: the call is missing"},
+        {"status viLock VI_ERROR_IO", "status: there is no call \"viLock\""},
+        {"status viclose VI_ERROR_IO", "status: there is no call \"viclose\""},
+        {"status viClose", "status: the status is missing"},
+        {"status viClose VI_ERROR", "status: \"VI_ERROR\" is neither the name of a status nor a "
+                                    "number"},
+        {"status viClose VI_ERROR_IO at=0",
+         "status: at: \"0\" is not a number from 1 to 4294967295"},
+        {"status viClose VI_ERROR_IO at", "status: unknown option \"at\""},
+        {"status viClose VI_ERROR_IO for=?*", "status: unknown option \"for=?*\""},
+        {"status viOpenDefaultRM VI_ERROR_IO at=1", "status: unknown option \"at=1\""},
+        {"count", "count: the number is missing"},
+        {"count -1", "count: \"-1\" is not a number from 0 to 4294967295"},
+        {"count 4294967296", "count: \"4294967296\" is not a number from 0 to 4294967295"},
+        {"count 1 at=2", "count: unknown option \"at=2\""},
+        {"count 1 for=a for=b", "count: unknown option \"for=b\""},
+        {"scan-time", "scan-time: the number of milliseconds is missing"},
+        {"scan-time x", "scan-time: \"x\" is not a number from 0 to 3600000"},
+        {"scan-time 1.5", "scan-time: \"1.5\" is not a number from 0 to 3600000"},
+        {"scan-time 3600001", "scan-time: \"3600001\" is not a number from 0 to 3600000"},
+        {"wait-for-file", "wait-for-file: the path is missing"},
+        {"wait-for-file \"\"", "wait-for-file: the path is empty"},
+        {"wait-for-file a b", "wait-for-file: unknown option \"b\""},
+    };
+    for (const Case& test : cases) {
+        const BenchFile file =
+            BenchFile::parse("resource before\n" + test.line + "\nresource after\n");
+        EXPECT_EQ(descriptions(file.bench()), (Texts{"before", "after"})) << test.line;
+        ASSERT_EQ(file.messages().size(), 1U) << test.line;
+        EXPECT_EQ(file.messages()[0].line, 2U) << test.line;
+        EXPECT_EQ(file.messages()[0].text, test.message) << test.line;
+    }
+}
+
+TEST(BenchFile, ABadLineChangesNothingElse)
+{
+    const BenchFile file = BenchFile::parse("status viClose VI_ERROR_IO at=x\n"
+                                            "count 5 oops\n"
+                                            "scan-time 5 oops\n"
+                                            "wait-for-file a oops\n");
+    EXPECT_EQ(file.messages().size(), 4U);
+    EXPECT_FALSE(file.bench().status(Call::Close, 1));
+    EXPECT_FALSE(file.bench().count("?*"));
+    EXPECT_EQ(file.bench().scanTime("?*").count(), 0);
+    EXPECT_EQ(file.bench().waitForFile("?*"), "");
+}
+
+TEST(BenchFile, TakesAnyBytes)
+{
+    std::string bytes;
+    for (int round = 0; round < 4; ++round) {
+        for (int byte = 0; byte < 256; ++byte) {
+            bytes += static_cast<char>(byte);
+        }
+    }
+    const BenchFile noise = BenchFile::parse(bytes);
+    EXPECT_FALSE(noise.messages().empty());
+    EXPECT_TRUE(noise.bench().resources().empty());
+
+    const BenchFile longLine = BenchFile::parse(std::string(1'000'000, 'x') + "\nresource a");
+    EXPECT_EQ(longLine.messages().size(), 1U);
+    EXPECT_EQ(descriptions(longLine.bench()), Texts{"a"});
+}
+
+TEST(BenchFile, AByteOrderMarkIsNoPartOfTheFirstLine)
+{
+    EXPECT_EQ(descriptions(benchOf("\xEF\xBB\xBFresource a\n")), Texts{"a"});
+}
+
+TEST(BenchFile, ReadsAFileAndTakesPathsFromItsFolder)
+{
+    const support::TemporaryFolder folder;
+    const std::string path = (folder.path() / "bench.txt").string();
+    support::writeFile(path, "resource a\nwait-for-file go\n");
+    const BenchFile file = BenchFile::read(path);
+    EXPECT_TRUE(file.messages().empty());
+    EXPECT_EQ(descriptions(file.bench()), Texts{"a"});
+    EXPECT_EQ(file.bench().waitForFile("?*"), (folder.path() / "go").string());
+}
+
+TEST(BenchFile, AFileThatCannotBeReadIsAnEmptyBenchWithAMessage)
+{
+    const support::TemporaryFolder folder;
+    for (const std::string& path :
+         {(folder.path() / "missing.txt").string(), folder.path().string()}) {
+        const BenchFile file = BenchFile::read(path);
+        EXPECT_TRUE(file.bench().resources().empty()) << path;
+        ASSERT_EQ(file.messages().size(), 1U) << path;
+        EXPECT_EQ(file.messages()[0].line, 0U) << path;
+        EXPECT_EQ(file.messages()[0].text, "the bench cannot be read; it counts as empty") << path;
+    }
+}
