@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "gui/ResourceScan.h"
 
+#include "gui/VisaDescription.h"
 #include "visa/VisaApi.h"
 
 #include <algorithm>
-#include <array>
 
 namespace gui {
 
@@ -20,31 +20,22 @@ constexpr ViAttrState s_searchTime = 1000;
 /// A library may count more than it delivers: room beyond this is made as it is needed.
 constexpr ViUInt32 s_mostReserved = 4096;
 
-using Description = std::array<ViChar, VI_FIND_BUFLEN>;
-
-/// Reads no further than the buffer, also where the library did not end the text.
-QString toText(const Description& description)
-{
-    const auto end = std::find(description.begin(), description.end(), '\0');
-    return QString::fromUtf8(description.data(), static_cast<int>(end - description.begin()));
-}
-
 QStringList findAll(ViSession resourceManager)
 {
     QStringList resources;
     ViFindList findList = VI_NULL;
     ViUInt32 count = 0;
-    Description description{};
+    VisaDescription description;
     const ViStatus status =
-        viFindRsrc(resourceManager, "?*", &findList, &count, description.data());
+        viFindRsrc(resourceManager, "?*", &findList, &count, description.buffer());
     if (status != VI_SUCCESS || count == 0) {
         return resources;
     }
     resources.reserve(static_cast<int>(std::min(count, s_mostReserved)));
-    resources.append(toText(description));
+    resources.append(description.toString());
     for (ViUInt32 index = 1; index < count; ++index) {
-        if (viFindNext(findList, description.data()) == VI_SUCCESS) {
-            resources.append(toText(description));
+        if (viFindNext(findList, description.buffer()) == VI_SUCCESS) {
+            resources.append(description.toString());
         }
     }
     viClose(findList);
