@@ -4,6 +4,7 @@
 
 #include "ui_MainWindow.h"
 
+#include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
 
@@ -46,6 +47,9 @@ void MainWindow::findResource()
 }
 
 void MainWindow::setProperties()
-{}
+{
+    PropertyDialog dialog(m_model, this);
+    dialog.exec();
+}
 
 } // namespace gui

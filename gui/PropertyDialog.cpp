@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "gui/PropertyDialog.h"
+
+#include "ui_PropertyDialog.h"
+
+#include "config/ModernConfigurationFile.h"
+#include "gui/WindowSettings.h"
+#include "model/ConfigurationModel.h"
+
+namespace gui {
+
+namespace {
+
+WindowSettings windowSettings()
+{
+    return WindowSettings(QStringLiteral("PropertyDialog"));
+}
+
+void removeTab(QTabWidget& tabs, QWidget* page)
+{
+    const int index = tabs.indexOf(page);
+    if (index >= 0) {
+        tabs.removeTab(index);
+    }
+}
+
+} // namespace
+
+PropertyDialog::PropertyDialog(ConfigurationModel& model, QWidget* parent)
+    : QDialog(parent),
+      m_ui(std::make_unique<Ui_PropertyDialog>()),
+      m_model(model),
+      m_gpibProperties(model.getGpibProperties()),
+      m_serialProperties(model.getSerialProperties())
+{
+    m_ui->setupUi(this);
+    setupSerialInterface();
+    setupUi();
+    m_ui->providerEdit->setText(QString::number(m_model.getProvider()));
+    setupConnections();
+}
+
+PropertyDialog::~PropertyDialog()
+{
+    saveWindowSettings();
+}
+
+void PropertyDialog::setupUi()
+{
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    // Restoring shows a dialog that was maximised, and a window that is already shown does not
+    // become modal when exec() asks for it.
+    setModal(true);
+    restoreWindowSettings();
+    redrawtree();
+    // The stored tab counts the tabs that were left when it was stored, and is applied to all
+    // four. Deliberate: which tab a user comes back to is part of the behaviour.
+    removeTab(*m_ui->tabWidget, m_ui->tabConfMang);
+    removeTab(*m_ui->tabWidget, m_ui->tabGpibProperties);
+}
+
+void PropertyDialog::setupConnections()
+{
+    connect(m_ui->PropertyTree, SIGNAL(itemChanged(QTreeWidgetItem*,int)), this,
+                                       SLOT(itemChanged(QTreeWidgetItem*,int)));
+    connect(m_ui->actionAdd_Device, SIGNAL(triggered()), this, SLOT(addDevice()));
+    connect(m_ui->actionRemove_Device, SIGNAL(triggered()), this, SLOT(removeDevice()));
+    connect(m_ui->PropertyTree, SIGNAL(customContextMenuRequested(QPoint)), this,
+                                       SLOT(treePopupMenu(QPoint)));
+    m_ui->PropertyTree->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_ui->groupBoxOs->close();
+}
+
+unsigned short PropertyDialog::getProvider() const
+{
+    const QString text = m_ui->providerEdit->text();
+    bool isNumber = false;
+    const int provider = text.toInt(&isNumber, 10);
+    if (!isNumber || text.trimmed().isEmpty()) {
+        return QvVisa::ModernConfigurationFile::defaultProvider;
+    }
+    // The field takes up to 99999: what is beyond 16 bits deliberately wraps.
+    return static_cast<unsigned short>(provider);
+}
+
+void PropertyDialog::accept()
+{
+    serialInterfaceChanged(-1);
+    m_model.setProvider(getProvider());
+    m_model.setGpibProperties(m_gpibProperties);
+    m_model.setSerialProperties(m_serialProperties);
+    QDialog::accept();
+}
+
+void PropertyDialog::setVisaComboboxIndex(int)
+{}
+
+void PropertyDialog::VisaCheckBoxStateChanged(bool)
+{}
+
+void PropertyDialog::restoreWindowSettings()
+{
+    windowSettings().restore(*this, m_ui->tabWidget);
+}
+
+void PropertyDialog::saveWindowSettings() const
+{
+    windowSettings().save(*this, m_ui->tabWidget);
+}
+
+} // namespace gui

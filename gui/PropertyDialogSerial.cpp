@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+// The properties dialog's tab for the serial ports.
+#include "gui/PropertyDialog.h"
+
+#include "ui_PropertyDialog.h"
+
+#include "gui/VisaDescription.h"
+#include "visa/VisaApi.h"
+
+#include <array>
+#include <cstdint>
+
+namespace gui {
+
+namespace {
+
+/// The maker's own attribute of the resource manager that tunes the search which follows. A
+/// library that does not know it refuses it, which does no harm.
+constexpr ViAttr s_searchInterfacesAttribute = 0x0E5A0002;
+constexpr ViAttrState s_searchInterfaces = 0;
+
+constexpr std::array<std::uint32_t, 16> s_baudrates{300,    600,    1200,   1800,  2400,  4800,
+                                                    7200,   9600,   14400,  19200, 38400, 57600,
+                                                    115200, 230400, 460800, 921600};
+constexpr std::array<std::uint32_t, 4> s_dataBits{5, 6, 7, 8};
+
+template <std::size_t Count>
+void fill(QComboBox& combo, const std::array<std::uint32_t, Count>& values)
+{
+    combo.clear();
+    for (const std::uint32_t value : values) {
+        combo.addItem(QString::number(value), value);
+    }
+}
+
+/// Selects a value; one that the list lacks is put on top of it first.
+void select(QComboBox& combo, std::uint32_t value)
+{
+    int index = combo.findData(value);
+    if (index < 0) {
+        index = 0;
+        combo.insertItem(index, QString::number(value), value);
+    }
+    combo.setCurrentIndex(index);
+}
+
+void addSerialInterfaces(ViSession resourceManager, QComboBox& combo)
+{
+    ViFindList findList = VI_NULL;
+    ViUInt32 count = 0;
+    VisaDescription description;
+    if (viFindRsrc(resourceManager, "ASRL?*", &findList, &count, description.buffer()) < 0) {
+        return;
+    }
+    while (count > 0) {
+        --count;
+        // A resource that the library cannot parse counts as interface 0.
+        ViUInt16 interfaceType = 0;
+        ViUInt16 interfaceNumber = 0;
+        viParseRsrc(resourceManager, description.text(), &interfaceType, &interfaceNumber);
+        combo.addItem(description.toString(), uint{interfaceNumber});
+        // Whatever the count promises, the list ends where the library delivers nothing more.
+        if (viFindNext(findList, description.buffer()) != VI_SUCCESS) {
+            break;
+        }
+    }
+    viClose(findList);
+}
+
+/// Codes and positions in the list agree but for the last position, whose code jumps.
+constexpr int s_lastFlowControlIndex = 3;
+constexpr std::uint8_t s_lastFlowControlCode = 6;
+
+std::uint8_t flowControlCode(int index)
+{
+    if (index <= 0) {
+        return 0;
+    }
+    return index < s_lastFlowControlIndex ? static_cast<std::uint8_t>(index)
+                                          : s_lastFlowControlCode;
+}
+
+} // namespace
+
+void PropertyDialog::setupSerialInterface()
+{
+    ViSession resourceManager = VI_NULL;
+    viOpenDefaultRM(&resourceManager);
+    viSetAttribute(resourceManager, s_searchInterfacesAttribute, s_searchInterfaces);
+    addBaudrates(*m_ui->comboBoxOsBaudrate);
+    addBaudrates(*m_ui->comboBoxQvBaudrate);
+    addDataBits(*m_ui->comboBoxOsDatabits);
+    addDataBits(*m_ui->comboBoxQvDatabits);
+    m_ui->comboBoxSerialInterface->clear();
+    addSerialInterfaces(resourceManager, *m_ui->comboBoxSerialInterface);
+    viClose(resourceManager);
+    if (m_ui->comboBoxSerialInterface->count() == 0) {
+        m_ui->tabAsrlProperties->setEnabled(false);
+    }
+}
+
+void PropertyDialog::addBaudrates(QComboBox& combo)
+{
+    fill(combo, s_baudrates);
+}
+
+void PropertyDialog::addDataBits(QComboBox& combo)
+{
+    fill(combo, s_dataBits);
+}
+
+void PropertyDialog::UpdateVisaSerialSettings(QvVisa::SSerialProperties const& properties)
+{
+    select(*m_ui->comboBoxQvBaudrate, properties.baudrate);
+    select(*m_ui->comboBoxQvDatabits, properties.dataBits);
+    // A code outside the list leaves nothing selected.
+    m_ui->comboBoxQvStopbits->setCurrentIndex(properties.stopBits);
+    m_ui->comboBoxQvParity->setCurrentIndex(properties.parity);
+    const int flowControl = properties.flowControl;
+    m_ui->comboBoxQvFlowControl->setCurrentIndex(
+        flowControl < s_lastFlowControlIndex ? flowControl : s_lastFlowControlIndex);
+}
+
+void PropertyDialog::GetDisplayVisaSerialSettings(QvVisa::SSerialProperties& properties) const
+{
+    // A rate that does not fit a signed number is no number to QString: it is read back as 0.
+    properties.baudrate =
+        static_cast<std::uint32_t>(m_ui->comboBoxQvBaudrate->currentText().toInt(nullptr, 10));
+    properties.dataBits =
+        static_cast<std::uint8_t>(m_ui->comboBoxQvDatabits->currentText().toInt(nullptr, 10));
+    // Nothing selected (-1) becomes 255.
+    properties.stopBits = static_cast<std::uint8_t>(m_ui->comboBoxQvStopbits->currentIndex());
+    properties.parity = static_cast<std::uint8_t>(m_ui->comboBoxQvParity->currentIndex());
+    properties.flowControl = flowControlCode(m_ui->comboBoxQvFlowControl->currentIndex());
+}
+
+unsigned short PropertyDialog::serialInterfaceNumber(int index) const
+{
+    return static_cast<unsigned short>(m_ui->comboBoxSerialInterface->itemData(index).toUInt());
+}
+
+void PropertyDialog::serialInterfaceChanged(int iIndex)
+{
+    if (m_currentSerialIndex >= 0) {
+        GetDisplayVisaSerialSettings(
+            m_serialProperties[serialInterfaceNumber(m_currentSerialIndex)]);
+    }
+    if (iIndex >= 0) {
+        // A port that has no entry yet gets one, also where the user leaves it at its defaults.
+        UpdateVisaSerialSettings(m_serialProperties[serialInterfaceNumber(iIndex)]);
+    }
+    m_currentSerialIndex = iIndex;
+}
+
+void PropertyDialog::setDefaultOs()
+{}
+
+void PropertyDialog::setDefaultQv()
+{
+    UpdateVisaSerialSettings(QvVisa::SSerialProperties());
+}
+
+} // namespace gui
