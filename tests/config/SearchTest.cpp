@@ -158,7 +158,7 @@ TEST_F(Search, LooksAtTheRootForAnEmptyHome)
 {
     ::setenv("HOME", "", 1);
     found();
-    EXPECT_EQ(SearchSandbox::takeQueries()[2], "/.quorvane/visa.conf");
+    EXPECT_EQ(SearchSandbox::takeQueries().at(2), "/.quorvane/visa.conf");
 }
 
 TEST_F(Search, SkipsADeletedWorkingFolder)

@@ -30,6 +30,7 @@ TEST_F(StoreQueries, FindsTheFirstAliasInTheTablesOrder)
             "A" + std::to_string(i) + (i % 2 == 0 ? "=gpib0::1::instr\n" : "=GPIB0::1::INSTR\n");
     }
     m_configuration.write(lines);
+    ASSERT_EQ(store().m_aliases.size(), 50U);
     EXPECT_EQ(store().lookupAlias("Gpib0::1::Instr"), store().m_aliases.begin()->first);
 }
 
