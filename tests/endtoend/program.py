@@ -1,0 +1,142 @@
+# SPDX-License-Identifier: MIT
+"""The built program as its user meets it: where its buttons and rows are, and what it wrote."""
+
+import os
+import pathlib
+
+from desktop import Failure, expect_equal, wait_for
+
+MAIN = "QvVisaConfigure - 5.12.1"
+UNSAVED = "Unsaved data"
+COMPOSER = "VISA Resource String Composer"
+FIND = "Find resources"
+PROPERTIES = "QvVisa Properties"
+
+# The main window in the Fusion style with DejaVu Sans at 96 dots an inch, as Desktop starts it.
+TOOL_BAR_Y = 20
+TOOL_BAR_X = {"add": 29, "remove": 63, "edit": 97, "find": 131, "properties": 172, "save": 213,
+              "close": 247}
+FIRST_ROW_Y = 82
+ROW_HEIGHT = 31
+COLUMN_X = {"resource": 40, "alias": 560}
+BELOW_THE_ROWS = (300, 380)
+
+
+class Program:
+    """One user's program: a home, a working folder, settings and a configuration file of its own,
+    kept over any number of starts.
+
+    executable: the built program. libraries: where the loader looks for a VISA library before it
+    looks where the system says, LD_LIBRARY_PATH; empty for nowhere. content: the bytes of the configuration file that QVVISACONFFILE names,
+    or None to leave the file as it is. bench: what the stand-in reports. file, settings: where
+    those are kept when not in the desktop's own folder. With neither file nor content there is no
+    configuration file, and the variable is not set."""
+
+    def __init__(self, desktop, executable, libraries="", content=None, bench="", file=None,
+                 settings=None):
+        self.desktop = desktop
+        self._executable = pathlib.Path(executable)
+        self.home = desktop.folder / "home"
+        self.working_folder = desktop.folder / "work"
+        self.settings = settings or desktop.folder / "settings"
+        self.file = file or desktop.folder / "visa.conf"
+        for folder in (self.home, self.working_folder, self.settings):
+            folder.mkdir(exist_ok=True)
+        self._environment = desktop.environment()
+        self._environment.update(HOME=str(self.home), XDG_CONFIG_HOME=str(self.settings))
+        if content is not None:
+            self.file.write_bytes(content)
+        if content is not None or file is not None:
+            self._environment["QVVISACONFFILE"] = str(self.file)
+        bench_file = desktop.folder / "bench.txt"
+        bench_file.write_text(bench)
+        self._environment["QVVISA_BENCH"] = str(bench_file)
+        if libraries:
+            self._environment["LD_LIBRARY_PATH"] = libraries
+        self._process = None
+        self.main = None
+
+    def start(self):
+        """Starts the program and waits for its main window."""
+        self._process = self.desktop.start([str(self._executable)], self._environment,
+                                           cwd=self.working_folder)
+        self.main = self.desktop.window(MAIN)
+
+    def wait_ended(self):
+        """Waits until the program has ended by itself, well and without a word."""
+        wait_for(lambda: self._process.poll() is not None, "the program to end")
+        expect_equal((self._process.returncode, self.desktop.output_of(self._executable.name)),
+                     (0, ""), "exit code and output of the program")
+
+    def is_running(self):
+        return self._process.poll() is None
+
+    def close(self):
+        """Closes the main window by the window manager."""
+        self.desktop.key("alt+F4")
+
+    # The main window
+
+    def press(self, button):
+        """Clicks a button of the tool bar."""
+        self.desktop.click(self.main, (TOOL_BAR_X[button], TOOL_BAR_Y))
+
+    def cell(self, row, column="resource"):
+        return (COLUMN_X[column], FIRST_ROW_Y + row * ROW_HEIGHT)
+
+    def select(self, row):
+        self.desktop.click(self.main, self.cell(row))
+
+    def edit_cell(self, row, column, text):
+        """Double click, type, Return."""
+        self.desktop.click(self.main, self.cell(row, column), times=2)
+        self.desktop.retype(text)
+        self.desktop.key("Return")
+
+    def can_save(self):
+        """Whether the tool bar's Save is enabled: a disabled button has no colour."""
+        colours = self.desktop.colours(
+            self.main, (TOOL_BAR_X["save"] - 10, TOOL_BAR_Y - 10, 20, 20))
+        return any(max(colour) - min(colour) > 60 for colour in colours)
+
+    def wait_can_save(self):
+        wait_for(self.can_save, "Save to be enabled")
+
+    def save(self):
+        """Presses Save as soon as there is something to save, and waits until it is done."""
+        self.wait_can_save()
+        self.press("save")
+        wait_for(lambda: not self.can_save(), "Save to be done")
+
+    def menu(self, point):
+        """Right click in the main window; gives the context menu's id."""
+        self.desktop.click(self.main, point, button=3)
+        return self.desktop.popup()
+
+    def choose(self, entry):
+        """Takes the entry at a place, from 1, of the open menu by the keyboard."""
+        self.desktop.key(*["Down"] * entry, "Return")
+
+    # The file
+
+    def wait_file(self, expected):
+        """Waits until the configuration file holds exactly these bytes."""
+        wait_for(lambda: self.file.read_bytes() == expected,
+                 lambda: f"the file to become\n{expected!r}\nit is\n{self.file.read_bytes()!r}")
+
+    def expect_file(self, expected):
+        expect_equal(self.file.read_bytes(), expected, str(self.file))
+
+    def files(self):
+        """Every file of this user but the window settings, as paths."""
+        return sorted(path for folder in (self.home, self.working_folder)
+                      for path in folder.rglob("*") if path.is_file())
+
+
+def from_environment(desktop, **options):
+    """The program that the build says is under test."""
+    missing = [name for name in ("QVVISA_PROGRAM", "QVVISA_SIMULATOR") if name not in os.environ]
+    if missing:
+        raise Failure(f"not set: {', '.join(missing)}")
+    options.setdefault("libraries", os.environ["QVVISA_SIMULATOR"])
+    return Program(desktop, os.environ["QVVISA_PROGRAM"], **options)
