@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 #include <utility>
 
@@ -10,8 +12,8 @@ namespace QvVisa {
 
 /// Alias name to resource string, in a hash table's own order. It counts what may change that
 /// order unseen, so that whoever remembers a position can tell whether it still holds: an order is
-/// the same as long as generation(), size() and bucket_count() are. Change the table through this
-/// type, not through a reference to its base.
+/// the same as long as generation(), size() and bucket_count() are. Change single entries through
+/// this type: what is erased through a reference to the base is not counted.
 class AliasTable : public std::unordered_map<std::string, std::string>
 {
 public:
@@ -20,7 +22,11 @@ public:
 
     AliasTable() = default;
     AliasTable(const AliasTable&) = default;
-    AliasTable(AliasTable&&) = default;
+    AliasTable(AliasTable&& other) noexcept(std::is_nothrow_move_constructible_v<Base>)
+        : Base(std::move(other))
+    {
+        other.renew();
+    }
     ~AliasTable() = default;
 
     AliasTable& operator=(const AliasTable& other)
@@ -69,6 +75,26 @@ public:
     {
         renew();
         Base::clear();
+    }
+
+    using Base::merge;
+    void merge(AliasTable& source)
+    {
+        source.renew();
+        Base::merge(static_cast<Base&>(source));
+    }
+    void merge(AliasTable&& source) { merge(source); }
+
+    /// Going to another number of buckets and back reorders the entries.
+    void rehash(size_type count)
+    {
+        renew();
+        Base::rehash(count);
+    }
+    void reserve(size_type count)
+    {
+        renew();
+        Base::reserve(count);
     }
 
     void swap(AliasTable& other)
