@@ -146,13 +146,19 @@ AliasTable::const_iterator ConfigurationFile::aliasAt(std::size_t index) const
                             m_aliasPosition->generation == m_aliases.generation();
     if (stillHolds && m_aliasPosition->index <= index) {
         const auto remembered = m_aliases.find(m_aliasPosition->name);
-        if (remembered != m_aliases.end()) {
+        // Whoever exchanges all entries through the table's base class is not counted, but the
+        // entries then are others.
+        if (remembered != m_aliases.end() && &*remembered == m_aliasPosition->entry) {
             entry = remembered;
             distance = index - m_aliasPosition->index;
         }
     }
     std::advance(entry, distance);
-    m_aliasPosition = {index, entry->first, m_aliases.size(), m_aliases.bucket_count(),
+    m_aliasPosition = {index,
+                       entry->first,
+                       &*entry,
+                       m_aliases.size(),
+                       m_aliases.bucket_count(),
                        m_aliases.generation()};
     return entry;
 }

@@ -93,6 +93,7 @@ private:
     {
         std::size_t index = 0;
         std::string name;
+        const void* entry = nullptr; ///< Compared only.
         std::size_t size = 0;
         std::size_t bucketCount = 0;
         std::size_t generation = 0;
