@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/config/AliasTableChanges.h"
 #include "tests/config/StoreFixture.h"
 
 #include <algorithm>
@@ -9,33 +10,6 @@ namespace {
 
 using QvVisa::AliasTable;
 using QvVisa::ConfigurationFile;
-
-std::string nameOf(std::size_t number)
-{
-    return "ALIAS" + std::to_string(number);
-}
-
-/// Entries of these numbers, in this order: a table filled the other way round holds the same
-/// names in another order.
-template <typename Table>
-Table filled(std::size_t first, std::size_t count, bool backwards = false)
-{
-    Table table;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t number = backwards ? first + count - 1 - i : first + i;
-        table[nameOf(number)] = "GPIB0::" + std::to_string(number) + "::INSTR";
-    }
-    return table;
-}
-
-std::vector<std::string> order(const AliasTable& table)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : table) {
-        names.push_back(entry.first);
-    }
-    return names;
-}
 
 /// Compares one access with a walk from the table's start.
 testing::AssertionResult answersLikeAFreshWalk(const ConfigurationFile& store, std::size_t index)
@@ -57,7 +31,7 @@ class StoreWalk : public StoreTest
 TEST_F(StoreWalk, PassesThroughAVeryLongTableInItsOrder)
 {
     constexpr std::size_t count = 200'000;
-    store().m_aliases = filled<AliasTable>(0, count);
+    store().m_aliases = filledAliasTable<AliasTable>(count);
     store().m_resources = {"FIRST", "SECOND"};
     const ConfigurationFile& held = store();
     std::size_t index = held.m_resources.size();
@@ -73,7 +47,7 @@ TEST_F(StoreWalk, PassesThroughAVeryLongTableInItsOrder)
 
 TEST_F(StoreWalk, AnswersInAnySequence)
 {
-    store().m_aliases = filled<AliasTable>(0, 100);
+    store().m_aliases = filledAliasTable<AliasTable>(100);
     const ConfigurationFile& held = store();
     for (std::size_t index = 100; index-- > 0;) {
         ASSERT_TRUE(answersLikeAFreshWalk(held, index)) << "backwards";
@@ -86,7 +60,7 @@ TEST_F(StoreWalk, AnswersInAnySequence)
 
 TEST_F(StoreWalk, AnswersWithTheResourceOfThisMoment)
 {
-    store().m_aliases = filled<AliasTable>(0, 100);
+    store().m_aliases = filledAliasTable<AliasTable>(100);
     ConfigurationFile& held = store();
     for (std::size_t index = 0; index < 100; ++index) {
         ASSERT_TRUE(answersLikeAFreshWalk(held, index));
@@ -95,160 +69,12 @@ TEST_F(StoreWalk, AnswersWithTheResourceOfThisMoment)
     }
 }
 
-/// Changes a table of the entries 0 to 99 so that their order is another while their number and,
-/// as far as it can be had, the number of buckets stay: what a remembered position goes wrong on.
-struct Change
-{
-    const char* name;
-    void (*apply)(AliasTable& table);
-};
-
-AliasTable turned()
-{
-    return filled<AliasTable>(0, 100, true);
-}
-
-void refill(AliasTable& table)
-{
-    const AliasTable source = turned();
-    for (std::size_t i = 0; i < 100; ++i) {
-        const std::string name = nameOf(99 - i);
-        table[name] = source.at(name);
-    }
-}
-
-const Change s_changes[] = {
-    {"Erase",
-     [](AliasTable& table) {
-         for (int i = 0; i < 10; ++i) {
-             const std::string name = table.begin()->first;
-             table.erase(table.begin());
-             table.insert({"NEW" + name, "GPIB1::1::INSTR"});
-         }
-     }},
-    {"EraseByName",
-     [](AliasTable& table) {
-         const std::vector<std::string> names = order(table);
-         for (std::size_t i = 0; i < 10; ++i) {
-             table.erase(names[i]);
-             table.emplace("NEW" + names[i], "GPIB1::1::INSTR");
-         }
-     }},
-    {"EraseRange",
-     [](AliasTable& table) {
-         table.erase(table.cbegin(), std::next(table.cbegin(), 10));
-         for (std::size_t i = 100; i < 110; ++i) {
-             table.try_emplace(nameOf(i), "GPIB1::1::INSTR");
-         }
-     }},
-    {"Extract",
-     [](AliasTable& table) {
-         for (int i = 0; i < 10; ++i) {
-             auto node = table.extract(table.begin());
-             node.key() = "NEW" + node.key();
-             table.insert(std::move(node));
-         }
-     }},
-    {"Clear",
-     [](AliasTable& table) {
-         table.clear();
-         refill(table);
-     }},
-    {"Swap",
-     [](AliasTable& table) {
-         AliasTable other = turned();
-         table.swap(other);
-     }},
-    {"BeSwapped",
-     [](AliasTable& table) {
-         AliasTable other = turned();
-         other.swap(table);
-     }},
-    {"SwapWithAPlainMap",
-     [](AliasTable& table) {
-         auto other = filled<AliasTable::Base>(0, 100, true);
-         table.swap(other);
-     }},
-    {"StandardSwap",
-     [](AliasTable& table) {
-         AliasTable other = turned();
-         std::swap(table, other);
-     }},
-    {"StandardSwapWithAPlainMap",
-     [](AliasTable& table) {
-         auto other = filled<AliasTable::Base>(0, 100, true);
-         std::swap<std::string, std::string>(table, other);
-     }},
-    {"Assign",
-     [](AliasTable& table) {
-         const AliasTable other = turned();
-         table = other;
-     }},
-    {"AssignMoved", [](AliasTable& table) { table = turned(); }},
-    {"AssignAPlainMap",
-     [](AliasTable& table) {
-         const auto other = filled<AliasTable::Base>(0, 100, true);
-         table = other;
-     }},
-    {"AssignAMovedPlainMap",
-     [](AliasTable& table) { table = filled<AliasTable::Base>(0, 100, true); }},
-    {"BeMovedFrom",
-     [](AliasTable& table) {
-         const AliasTable taker = std::move(table);
-         refill(table);
-     }},
-    {"BeAssignedFrom",
-     [](AliasTable& table) {
-         AliasTable taker;
-         taker = std::move(table);
-         refill(table);
-     }},
-    {"BeMovedToAPlainMap",
-     [](AliasTable& table) {
-         AliasTable::Base taker;
-         taker = std::move(table);
-         refill(table);
-     }},
-    {"BeExchanged",
-     [](AliasTable& table) {
-         const AliasTable taker = std::exchange(table, {});
-         refill(table);
-     }},
-    {"BeMerged",
-     [](AliasTable& table) {
-         AliasTable taker;
-         taker.merge(table);
-         refill(table);
-     }},
-    {"BeMergedMoved",
-     [](AliasTable& table) {
-         AliasTable taker;
-         taker.merge(std::move(table));
-         refill(table);
-     }},
-    {"Rehash",
-     [](AliasTable& table) {
-         const std::size_t buckets = table.bucket_count();
-         table.rehash(20 * buckets);
-         table.rehash(buckets);
-     }},
-    {"Reserve",
-     [](AliasTable& table) {
-         const std::size_t buckets = table.bucket_count();
-         table.reserve(20 * buckets);
-         // So that the entries' number asks for just the old number of buckets.
-         table.max_load_factor((static_cast<float>(table.size()) + 1.5F) /
-                               static_cast<float>(buckets));
-         table.reserve(table.size());
-     }},
-};
-
 /// Applies the change when the position is remembered, and looks at the entries from there on.
-testing::AssertionResult answersAfter(const Change& change, std::size_t position,
+testing::AssertionResult answersAfter(const AliasTableChange& change, std::size_t position,
                                       ConfigurationFile& store)
 {
-    store.m_aliases = filled<AliasTable>(0, 100);
-    const std::vector<std::string> before = order(store.m_aliases);
+    store.m_aliases = filledAliasTable<AliasTable>(100);
+    const std::vector<std::string> before = orderOf(store.m_aliases);
     std::string alias;
     for (std::size_t index = 0; index <= position; ++index) {
         store.getResource(store.m_resources.size() + index, alias);
@@ -258,7 +84,7 @@ testing::AssertionResult answersAfter(const Change& change, std::size_t position
         return testing::AssertionFailure() << "a change of size is easily seen";
     }
 #ifdef __GLIBCXX__
-    if (order(store.m_aliases) == before) {
+    if (orderOf(store.m_aliases) == before) {
         return testing::AssertionFailure() << "the change leaves nothing to be seen";
     }
 #endif
@@ -273,7 +99,7 @@ testing::AssertionResult answersAfter(const Change& change, std::size_t position
 TEST_F(StoreWalk, AnswersLikeAFreshWalkAfterEachKindOfChange)
 {
     ConfigurationFile& held = store();
-    for (const Change& change : s_changes) {
+    for (const AliasTableChange& change : aliasTableChanges()) {
         // Before the middle and past it: some entry beyond has moved either way.
         for (const std::size_t position : {std::size_t{20}, std::size_t{49}, std::size_t{80}}) {
             EXPECT_TRUE(answersAfter(change, position, held)) << change.name;
@@ -287,19 +113,19 @@ void changeSomehow(AliasTable& table, std::mt19937& random)
     const std::size_t number = random() % 400;
     switch (random() % 12) {
     case 0:
-        table.erase(nameOf(number));
+        table.erase(aliasNumber(number));
         break;
     case 1:
-        table[nameOf(number)] = "GPIB2::" + std::to_string(random() % 31) + "::INSTR";
+        table[aliasNumber(number)] = "GPIB2::" + std::to_string(random() % 31) + "::INSTR";
         break;
     case 2:
         table.erase(table.begin());
-        table.emplace(nameOf(number), "GPIB3::1::INSTR");
+        table.emplace(aliasNumber(number), "GPIB3::1::INSTR");
         break;
     case 3: {
-        auto node = table.extract(nameOf(number));
+        auto node = table.extract(aliasNumber(number));
         if (node) {
-            node.key() = nameOf(random() % 400);
+            node.key() = aliasNumber(random() % 400);
             table.insert(std::move(node));
         }
         break;
@@ -311,12 +137,12 @@ void changeSomehow(AliasTable& table, std::mt19937& random)
         break;
     }
     case 5: {
-        AliasTable other = filled<AliasTable>(0, table.size(), random() % 2 == 0);
+        AliasTable other = filledAliasTable<AliasTable>(table.size(), random() % 2 == 0);
         table.swap(other);
         break;
     }
     case 6:
-        table = filled<AliasTable::Base>(0, table.size(), random() % 2 == 0);
+        table = filledAliasTable<AliasTable::Base>(table.size(), random() % 2 == 0);
         break;
     case 7: {
         const AliasTable copy = table;
@@ -335,18 +161,18 @@ void changeSomehow(AliasTable& table, std::mt19937& random)
         table.begin()->second = "CHANGED";
         break;
     default:
-        table = {{nameOf(number), "LIST"}, {nameOf(1), "LIST"}, {nameOf(2), "LIST"}};
+        table = {{aliasNumber(number), "LIST"}, {aliasNumber(1), "LIST"}, {aliasNumber(2), "LIST"}};
         break;
     }
     if (table.empty()) {
-        table[nameOf(number)] = "GPIB4::1::INSTR";
+        table[aliasNumber(number)] = "GPIB4::1::INSTR";
     }
 }
 
 TEST_F(StoreWalk, AnswersLikeAFreshWalkWhateverHappensInBetween)
 {
     ConfigurationFile& held = store();
-    held.m_aliases = filled<AliasTable>(0, 200);
+    held.m_aliases = filledAliasTable<AliasTable>(200);
     std::mt19937 random(20240229);
     std::size_t index = 0;
     for (int step = 0; step < 20'000; ++step) {
