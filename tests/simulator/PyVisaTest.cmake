@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: MIT
+# A client that nobody here wrote, PyVISA, uses the library by its path. Where PyVISA is missing
+# the test fails and says what to install.
+
+# Debian's PyVISA belongs to Debian's Python, whatever other Python stands earlier in PATH.
+if(NOT APPLE)
+    set(pyvisa_hints HINTS /usr/bin)
+endif()
+find_program(QVVISA_PYVISA_PYTHON python3 ${pyvisa_hints})
+if(NOT QVVISA_PYVISA_PYTHON)
+    message(FATAL_ERROR "The tests need a Python 3 with PyVISA (Debian: python3-pyvisa)")
+endif()
+
+set(pyvisa_environment "")
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=(address|thread)")
+    if(APPLE)
+        message(STATUS "No PyVISA test: macOS strips DYLD_INSERT_LIBRARIES from what starts "
+            "Python, so a library built with a sanitizer cannot be loaded there")
+        return()
+    endif()
+    # Python itself is built without sanitizer, so the runtime that the library needs has to be in
+    # the process before it.
+    string(SUBSTRING ${CMAKE_MATCH_1} 0 1 letter)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        set(runtime lib${letter}san.so)
+    else()
+        set(runtime libclang_rt.${letter}san-${CMAKE_SYSTEM_PROCESSOR}.so)
+    endif()
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${runtime}
+        OUTPUT_VARIABLE runtime_path OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT EXISTS "${runtime_path}")
+        message(FATAL_ERROR "${CMAKE_CXX_COMPILER} has no ${runtime} for the PyVISA test")
+    endif()
+    # Python keeps memory to its end: leaks are looked for in the library's other tests.
+    set(pyvisa_environment "LD_PRELOAD=${runtime_path};ASAN_OPTIONS=detect_leaks=0")
+endif()
+
+add_test(NAME test_simulator_pyvisa
+    COMMAND ${QVVISA_PYVISA_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/pyvisa_client.py
+        $<TARGET_FILE:qvvisa_simulator>)
+set_tests_properties(test_simulator_pyvisa PROPERTIES TIMEOUT 120
+    ENVIRONMENT "${pyvisa_environment}")
