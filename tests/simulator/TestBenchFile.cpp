@@ -106,7 +106,8 @@ TEST(BenchFile, FindsByMeaning)
                                 "resource ASRL7::INSTR idn=late\n"
                                 "resource same repeat=2 idn=same\n"
                                 "resource gpib::1::{n} repeat=30 idn=bus\n"
-                                "resource host9{n}.{n} repeat=30 idn=host\n");
+                                "resource host9{n}.{n} repeat=30 idn=host\n"
+                                "resource single{n} repeat=1 idn=single\n");
     const auto identification = [&](const char* name) {
         const BenchResource* const resource = bench.find(name);
         return resource != nullptr ? resource->identification : "none";
@@ -120,6 +121,8 @@ TEST(BenchFile, FindsByMeaning)
     EXPECT_EQ(identification("GPIB0::1::12::INSTR"), "bus");
     EXPECT_EQ(identification("host912.12"), "host");
     EXPECT_EQ(identification("host912.13"), "none");
+    EXPECT_EQ(identification("single1"), "single");
+    EXPECT_EQ(identification("single2"), "none");
     EXPECT_EQ(identification("host9"), "none");
     EXPECT_EQ(identification("GPIB0::1::INSTR"), "none");
     EXPECT_EQ(identification("ASRL0::INSTR"), "none");

@@ -23,7 +23,7 @@ using Lines = std::vector<std::string>;
 
 TEST_F(CallLogTest, AScanIsWrittenCallByCall)
 {
-    bench.write("resource ASRL1::INSTR\nresource \"b\\\"\\\\\\xE9\\x0A\"\n");
+    bench.write("resource ASRL1::INSTR\nresource \"b\\\"\\\\\\xE9\\x0A\\x7F~\"\n");
     const ViSession session = openManager();
     visa.setAttribute(session, QV_ATTR_SEARCH_KINDS, 7);
     visa.setAttribute(session, QV_ATTR_SEARCH_TIME, 1000);
@@ -43,23 +43,24 @@ TEST_F(CallLogTest, AScanIsWrittenCallByCall)
     visa.close(session);
     const std::string manager = text(session);
     const std::string matches = text(findList);
-    EXPECT_EQ(bench.calls(),
-              (Lines{
-                  "viOpenDefaultRM() -> VI_SUCCESS, session=" + manager,
-                  "viSetAttribute(" + manager + ", 0x0E5A0002, 7) -> VI_SUCCESS",
-                  "viSetAttribute(" + manager + ", 0x0E5A0001, 1000) -> VI_SUCCESS",
-                  "viFindRsrc(" + manager + ", \"?*\") -> VI_SUCCESS, list=" + matches +
-                      ", count=2, description=\"ASRL1::INSTR\"",
-                  "viFindNext(" + matches + R"lit() -> VI_SUCCESS, description="b\"\\\xE9\x0A")lit",
-                  "viFindNext(" + matches + ") -> VI_ERROR_RSRC_NFOUND",
-                  "viParseRsrc(" + manager + ", \"ASRL3::INSTR\") -> VI_SUCCESS, type=4, number=3",
-                  "viParseRsrcEx(" + manager +
-                      ", \"asrl3\") -> VI_SUCCESS, type=4, number=3, class=\"INSTR\", "
-                      "name=\"ASRL3::INSTR\"",
-                  "viClose(" + matches + ") -> VI_SUCCESS",
-                  "viClose(" + matches + ") -> VI_ERROR_INV_OBJECT",
-                  "viClose(" + manager + ") -> VI_SUCCESS",
-              }));
+    EXPECT_EQ(
+        bench.calls(),
+        (Lines{
+            "viOpenDefaultRM() -> VI_SUCCESS, session=" + manager,
+            "viSetAttribute(" + manager + ", 0x0E5A0002, 7) -> VI_SUCCESS",
+            "viSetAttribute(" + manager + ", 0x0E5A0001, 1000) -> VI_SUCCESS",
+            "viFindRsrc(" + manager + ", \"?*\") -> VI_SUCCESS, list=" + matches +
+                ", count=2, description=\"ASRL1::INSTR\"",
+            "viFindNext(" + matches + R"lit() -> VI_SUCCESS, description="b\"\\\xE9\x0A\x7F~")lit",
+            "viFindNext(" + matches + ") -> VI_ERROR_RSRC_NFOUND",
+            "viParseRsrc(" + manager + ", \"ASRL3::INSTR\") -> VI_SUCCESS, type=4, number=3",
+            "viParseRsrcEx(" + manager +
+                ", \"asrl3\") -> VI_SUCCESS, type=4, number=3, class=\"INSTR\", "
+                "name=\"ASRL3::INSTR\"",
+            "viClose(" + matches + ") -> VI_SUCCESS",
+            "viClose(" + matches + ") -> VI_ERROR_INV_OBJECT",
+            "viClose(" + manager + ") -> VI_SUCCESS",
+        }));
 }
 
 TEST_F(CallLogTest, TalkingIsWrittenCallByCall)
