@@ -2,9 +2,9 @@
 #include "simulator/BenchEnvironment.h"
 
 #include "simulator/BenchFile.h"
+#include "simulator/Environment.h"
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
 namespace simulator {
@@ -21,11 +21,10 @@ resource ASRL2::INSTR                              idn="Quorvane,Stand-in thermo
 
 Bench benchFromEnvironment()
 {
-    const char* const named = std::getenv("QVVISA_BENCH");
-    if (named == nullptr || *named == '\0') {
+    const std::string path = environmentValue("QVVISA_BENCH");
+    if (path.empty()) {
         return BenchFile::parse(builtinBench).bench();
     }
-    const std::string path = named;
     const BenchFile file = BenchFile::read(path);
     for (const BenchFile::Message& message : file.messages()) {
         const std::string line = message.line != 0 ? std::to_string(message.line) + ": " : " ";

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/CallLog.h"
 
+#include "simulator/Environment.h"
 #include "simulator/StatusNames.h"
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
+#include <system_error>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -53,11 +53,8 @@ bool append(const std::string& path, const std::string& line)
 
 } // namespace
 
-CallLog::CallLog(Call call) : m_call(call)
-{
-    const char* const path = std::getenv("QVVISA_BENCH_LOG");
-    m_path = path != nullptr ? path : "";
-}
+CallLog::CallLog(Call call) : m_path(environmentValue("QVVISA_BENCH_LOG")), m_call(call)
+{}
 
 void CallLog::argument(std::uint64_t number)
 {
@@ -107,7 +104,7 @@ void CallLog::finish(ViStatus status) const
                              statusName(status) + m_results + '\n';
     if (!append(m_path, line)) {
         std::fprintf(stderr, "%s: the call log cannot be written: %s\n", m_path.c_str(),
-                     std::strerror(errno));
+                     std::generic_category().message(errno).c_str());
     }
 }
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,17 @@ protected:
         std::array<char, VI_FIND_BUFLEN + 1> characters;
     };
 
-    ViSession openManager()
+    /// No thread of a case reads the environment meanwhile.
+    static void setVariable(const char* name, const std::string& value)
+    {
+        ::setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+    }
+    static void unsetVariable(const char* name)
+    {
+        ::unsetenv(name); // NOLINT(concurrency-mt-unsafe)
+    }
+
+    ViSession openManager() const
     {
         ViSession session = VI_NULL;
         EXPECT_EQ(simulator::statusName(visa.openDefaultRM(&session)), "VI_SUCCESS");
@@ -36,7 +47,7 @@ protected:
     }
 
     /// All that a search finds, read as the count says.
-    std::vector<std::string> list(ViSession session, const char* expression)
+    std::vector<std::string> list(ViSession session, const char* expression) const
     {
         std::vector<std::string> found;
         ViFindList findList = VI_NULL;

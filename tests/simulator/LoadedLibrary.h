@@ -47,7 +47,7 @@ private:
         void* const library = ::dlopen(QVVISA_SIMULATOR_LIBRARY, RTLD_NOW | RTLD_LOCAL);
         void* const symbol = library != nullptr ? ::dlsym(library, name) : nullptr;
         if (symbol == nullptr) {
-            throw std::runtime_error(::dlerror());
+            throw std::runtime_error(std::string("no ") + name + " in " QVVISA_SIMULATOR_LIBRARY);
         }
         return reinterpret_cast<Function>(symbol);
     }

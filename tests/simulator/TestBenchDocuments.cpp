@@ -14,7 +14,6 @@
 #include <string>
 #include <vector>
 
-using simulator::Bench;
 using simulator::BenchFile;
 using simulator::BenchResource;
 using simulator::ResourceName;

@@ -3,7 +3,6 @@
 #include "tests/simulator/CallsFixture.h"
 #include "tests/support/Files.h"
 
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -103,13 +102,14 @@ TEST_F(CallLogTest, FailingCallsAndOddArgumentsAreWritten)
     visa.setAttribute(0, 0xFFFFFFFF, static_cast<ViAttrState>(-1));
     visa.write(0, nullptr, 3, nullptr);
     visa.close(0);
+    const std::string widest =
+        "viSetAttribute(0, 0xFFFFFFFF, 18446744073709551615) -> VI_ERROR_INV_OBJECT";
     EXPECT_EQ(bench.calls(), (Lines{
                                  "viOpenDefaultRM() -> 0xBFFF7777",
                                  "viOpenDefaultRM() -> VI_ERROR_USER_BUF",
                                  "viFindRsrc(4294967295, null) -> VI_ERROR_INV_OBJECT",
                                  "viFindNext(0) -> VI_ERROR_INV_OBJECT",
-                                 "viSetAttribute(0, 0xFFFFFFFF, 18446744073709551615) -> "
-                                 "VI_ERROR_INV_OBJECT",
+                                 widest,
                                  "viWrite(0, null, 3) -> VI_ERROR_INV_OBJECT",
                                  "viClose(0) -> VI_WARN_NULL_OBJECT",
                              }));
@@ -130,9 +130,9 @@ TEST_F(CallLogTest, TheFileIsLookedUpAtEachCallAndAppendedTo)
     const std::string other = bench.pathFor("other.txt").string();
     support::writeFile(other, "there before\n");
     visa.close(0);
-    ::setenv("QVVISA_BENCH_LOG", other.c_str(), 1);
+    setVariable("QVVISA_BENCH_LOG", other);
     visa.close(0);
-    ::unsetenv("QVVISA_BENCH_LOG");
+    unsetVariable("QVVISA_BENCH_LOG");
     visa.close(0);
     EXPECT_EQ(bench.calls(), Lines{"viClose(0) -> VI_WARN_NULL_OBJECT"});
     EXPECT_EQ(support::readFile(other), "there before\nviClose(0) -> VI_WARN_NULL_OBJECT\n");
@@ -141,7 +141,7 @@ TEST_F(CallLogTest, TheFileIsLookedUpAtEachCallAndAppendedTo)
 TEST_F(CallLogTest, AFileThatCannotBeWrittenIsReported)
 {
     const std::string path = bench.pathFor("no-such-folder/calls.txt").string();
-    ::setenv("QVVISA_BENCH_LOG", path.c_str(), 1);
+    setVariable("QVVISA_BENCH_LOG", path);
     testing::internal::CaptureStderr();
     EXPECT_EQ(statusName(visa.close(0)), "VI_WARN_NULL_OBJECT");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),

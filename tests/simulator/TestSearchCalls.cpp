@@ -3,7 +3,6 @@
 #include "tests/support/Files.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,7 @@ class SearchCalls : public CallsFixture
 
 TEST_F(SearchCalls, WithoutBenchFileEveryInterfaceKindIsThere)
 {
-    ::unsetenv("QVVISA_BENCH");
+    unsetVariable("QVVISA_BENCH");
     const ViSession session = openManager();
     const Names builtIn{"TCPIP0::192.0.2.10::inst0::INSTR",
                         "TCPIP0::192.0.2.11::hislip0::INSTR",
@@ -32,7 +31,7 @@ TEST_F(SearchCalls, WithoutBenchFileEveryInterfaceKindIsThere)
     EXPECT_EQ(list(session, "?*"), builtIn);
     EXPECT_EQ(list(session, "ASRL?*"), (Names{"ASRL1::INSTR", "ASRL2::INSTR"}));
 
-    ::setenv("QVVISA_BENCH", "", 1);
+    setVariable("QVVISA_BENCH", "");
     EXPECT_EQ(list(openManager(), "?*"), builtIn);
 }
 
@@ -60,7 +59,7 @@ TEST_F(SearchCalls, ReadsTheBenchAnewWithEachSession)
     EXPECT_EQ(list(after, "?*"), Names{"ASRL2::INSTR"});
 
     support::writeFile(bench.pathFor("other.txt"), "resource ASRL3::INSTR\n");
-    ::setenv("QVVISA_BENCH", bench.pathFor("other.txt").c_str(), 1);
+    setVariable("QVVISA_BENCH", bench.pathFor("other.txt").string());
     EXPECT_EQ(list(openManager(), "?*"), Names{"ASRL3::INSTR"});
 }
 
@@ -79,7 +78,7 @@ TEST_F(SearchCalls, MessagesGoToStandardErrorWithFileAndLine)
 TEST_F(SearchCalls, AMissingBenchFileIsAnEmptyBenchWithAMessage)
 {
     const std::string path = bench.pathFor("missing.txt").string();
-    ::setenv("QVVISA_BENCH", path.c_str(), 1);
+    setVariable("QVVISA_BENCH", path);
     testing::internal::CaptureStderr();
     const ViSession session = openManager();
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
@@ -428,7 +427,7 @@ TEST_F(SearchCalls, AMillionResourcesAreListed)
     ViUInt32 count = 0;
     Buffer description;
     char* const text = description.characters.data();
-    ::unsetenv("QVVISA_BENCH_LOG");
+    unsetVariable("QVVISA_BENCH_LOG");
     ASSERT_EQ(statusName(visa.findRsrc(session, "?*", &findList, &count, text)), "VI_SUCCESS");
     ASSERT_EQ(count, 1000000U);
     for (ViUInt32 i = 1; i < count; ++i) {

@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <future>
 #include <set>
 #include <string>
@@ -27,6 +26,7 @@ protected:
     {
         std::atomic<int> waiting{threadCount};
         std::vector<std::thread> threads;
+        threads.reserve(threadCount);
         for (int number = 0; number < threadCount; ++number) {
             threads.emplace_back([&waiting, &body, number] {
                 --waiting;
@@ -78,7 +78,7 @@ TEST_F(ThreadsTest, OneFindListGivesEachMatchOnce)
 {
     constexpr ViUInt32 size = 20000;
     bench.write("resource ASRL{n}::INSTR repeat=20000\n");
-    ::unsetenv("QVVISA_BENCH_LOG"); // its file would bring the threads into line
+    unsetVariable("QVVISA_BENCH_LOG"); // its file would bring the threads into line
     const ViSession session = openManager();
     ViFindList findList = VI_NULL;
     Buffer first;
