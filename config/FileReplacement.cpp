@@ -78,15 +78,19 @@ void flushFolderOf(const std::filesystem::path& file)
     }
 }
 
-/// The file at the end of a chain of symbolic links, which need not exist; none for a loop.
+/// The file at the end of a chain of symbolic links, which need not exist; none for a loop, and
+/// when it cannot be told: replacing what might be a link would cost the link.
 std::optional<std::filesystem::path> followLinks(std::filesystem::path path)
 {
     constexpr int mostLinks = 40;
-    for (int links = 0; links < mostLinks; ++links) {
+    for (int links = 0; links <= mostLinks; ++links) {
         std::error_code error;
         const std::filesystem::path next = std::filesystem::read_symlink(path, error);
+        if (error == std::errc::invalid_argument || error == std::errc::no_such_file_or_directory) {
+            return path; // Something else than a link, or nothing.
+        }
         if (error) {
-            return path;
+            return std::nullopt;
         }
         path = next.is_absolute() ? next : path.parent_path() / next;
     }
