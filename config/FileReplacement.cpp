@@ -142,8 +142,9 @@ Outcome replaceWithNeighbour(const std::filesystem::path& target, std::string_vi
 
 std::optional<std::string> readContents(const std::filesystem::path& path, off_t size)
 {
+    constexpr off_t mostKept = off_t{256} * 1024 * 1024;
     const FileDescriptor file = FileDescriptor::openForReading(path.string());
-    if (!file.isOpen()) {
+    if (!file.isOpen() || size > mostKept) {
         return std::nullopt;
     }
     std::string contents(static_cast<std::size_t>(size), '\0');
@@ -166,25 +167,30 @@ std::optional<std::string> readContents(const std::filesystem::path& path, off_t
     return contents;
 }
 
-bool overwrite(int descriptor, std::string_view bytes)
+/// length: how long the file is, or 0 to add no byte that need not be. What is left of it behind
+/// the bytes becomes empty lines in the same write and is cut off last, so that a kill between the
+/// two leaves a text that means the same, and an error finds the old bytes' room still there to
+/// take the write back.
+bool overwrite(int descriptor, std::string_view bytes, std::size_t length)
 {
-    return writeFromStart(descriptor, bytes) &&
+    std::string padded(bytes);
+    padded.resize(std::max(bytes.size(), length), '\n');
+    return writeFromStart(descriptor, padded) &&
            ::ftruncate(descriptor, static_cast<off_t>(bytes.size())) == 0 &&
            flushToDisk(descriptor);
 }
 
-/// Cuts the file's end off last, and only then: the old bytes' room is there to take a failed
-/// write back.
 bool replaceInPlace(const std::filesystem::path& target, const FileDescriptor& file,
                     std::string_view bytes, off_t oldSize)
 {
     const std::optional<std::string> old = readContents(target, oldSize);
-    if (overwrite(file.get(), bytes)) {
+    if (!old) {
+        return false;
+    }
+    if (overwrite(file.get(), bytes, old->size())) {
         return true;
     }
-    if (old) {
-        overwrite(file.get(), *old);
-    }
+    overwrite(file.get(), *old, 0);
     return false;
 }
 
@@ -202,10 +208,11 @@ bool replaceFileContents(const std::string& path, std::string_view bytes)
                replaceWithNeighbour(*target, bytes, nullptr) == Outcome::Replaced;
     }
     struct stat status = {};
-    if (::fstat(file.get(), &status) != 0) {
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return false;
     }
-    if (S_ISREG(status.st_mode) && status.st_nlink == 1) {
+    // Not a single link: another save has put its file in this one's place since the open.
+    if (status.st_nlink <= 1) {
         const Outcome outcome = replaceWithNeighbour(*target, bytes, &status);
         if (outcome != Outcome::Impossible) {
             return outcome == Outcome::Replaced;

@@ -1,0 +1,339 @@
+// SPDX-License-Identifier: MIT
+#include "config/FileReplacement.h"
+#include "tests/support/Files.h"
+#include "tests/support/TestHome.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <climits>
+#include <filesystem>
+#include <set>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using QvVisa::replaceFileContents;
+using support::readFile;
+using support::writeFile;
+
+const std::string s_old = "the old bytes\n";
+const std::string s_new = "new\n";
+
+struct stat statusOf(const fs::path& path)
+{
+    struct stat status = {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0) << path;
+    return status;
+}
+
+mode_t modeOf(const fs::path& path)
+{
+    return statusOf(path).st_mode & 07777;
+}
+
+class FileReplacement : public testing::Test
+{
+protected:
+    fs::path folder() const { return m_home.workingFolder(); }
+    fs::path file() const { return folder() / "visa.conf"; }
+
+    std::set<std::string> names() const
+    {
+        std::set<std::string> found;
+        for (const auto& entry : fs::directory_iterator(folder())) {
+            found.insert(entry.path().filename());
+        }
+        return found;
+    }
+
+    support::TestHome m_home;
+};
+
+using Names = std::set<std::string>;
+
+TEST_F(FileReplacement, PutsNewBytesOfAnyLengthInPlaceOfOldOnesOfAny)
+{
+    std::set<std::string> texts = {"", std::string(1, '\0'), s_old, std::string(4096, 'x'),
+                                   std::string(3'000'000, '\n')};
+    for (const std::string& old : texts) {
+        for (const std::string& bytes : texts) {
+            writeFile(file(), old);
+            EXPECT_TRUE(replaceFileContents(file(), bytes));
+            EXPECT_EQ(readFile(file()).size(), bytes.size());
+            EXPECT_TRUE(readFile(file()) == bytes) << bytes.size() << " bytes";
+            EXPECT_EQ(names(), Names{"visa.conf"});
+        }
+    }
+}
+
+TEST_F(FileReplacement, MakesAFileThatIsNotThereAsTheUmaskSays)
+{
+    for (const mode_t mask : {mode_t{0}, mode_t{022}, mode_t{027}, mode_t{077}}) {
+        fs::remove(file());
+        const mode_t former = ::umask(mask);
+        const bool isReplaced = replaceFileContents(file(), s_new);
+        ::umask(former);
+        EXPECT_TRUE(isReplaced);
+        EXPECT_EQ(readFile(file()), s_new);
+        EXPECT_EQ(modeOf(file()), 0666U & ~mask);
+        EXPECT_EQ(names(), Names{"visa.conf"});
+    }
+}
+
+TEST_F(FileReplacement, KeepsTheModeWhateverTheUmaskSays)
+{
+    for (const mode_t mode : {mode_t{0600}, mode_t{0644}, mode_t{0666}, mode_t{0640}, mode_t{0755},
+                              mode_t{0200}, mode_t{01644}}) {
+        fs::remove(file());
+        writeFile(file(), s_old);
+        ASSERT_EQ(::chmod(file().c_str(), mode), 0);
+        const mode_t former = ::umask(077);
+        const bool isReplaced = replaceFileContents(file(), s_new);
+        ::umask(former);
+        EXPECT_TRUE(isReplaced);
+        EXPECT_EQ(modeOf(file()), mode);
+        ASSERT_EQ(::chmod(file().c_str(), 0600), 0);
+        EXPECT_EQ(readFile(file()), s_new);
+    }
+}
+
+TEST_F(FileReplacement, LeavesTheOldFileToThoseWhoReadIt)
+{
+    writeFile(file(), s_old);
+    const int reader = ::open(file().c_str(), O_RDONLY);
+    ASSERT_GE(reader, 0);
+    EXPECT_TRUE(replaceFileContents(file(), s_new));
+    std::string seen(100, '\0');
+    const ssize_t count = ::read(reader, seen.data(), seen.size());
+    struct stat held = {};
+    EXPECT_EQ(::fstat(reader, &held), 0);
+    ::close(reader);
+    seen.resize(static_cast<std::size_t>(count));
+    EXPECT_EQ(seen, s_old);
+    EXPECT_NE(held.st_ino, statusOf(file()).st_ino);
+    EXPECT_EQ(held.st_nlink, 0U);
+}
+
+TEST_F(FileReplacement, ReplacesWhatASymbolicLinkNames)
+{
+    const fs::path elsewhere = m_home.home() / "real.conf";
+    for (const fs::path& target : {elsewhere, fs::path("../home/real.conf")}) {
+        writeFile(elsewhere, s_old);
+        ASSERT_EQ(::chmod(elsewhere.c_str(), 0640), 0);
+        fs::remove(file());
+        fs::create_symlink(target, file());
+        EXPECT_TRUE(replaceFileContents(file(), s_new));
+        EXPECT_EQ(fs::read_symlink(file()), target);
+        EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(elsewhere)));
+        EXPECT_EQ(readFile(elsewhere), s_new);
+        EXPECT_EQ(modeOf(elsewhere), 0640U);
+        EXPECT_EQ(names(), Names{"visa.conf"});
+    }
+}
+
+TEST_F(FileReplacement, FollowsAChainOfLinksAsFarAsTheSystemDoes)
+{
+    // Through two folders, relative to each link's own.
+    fs::create_directory(folder() / "sub");
+    writeFile(folder() / "sub/real.conf", s_old);
+    fs::create_symlink("real.conf", folder() / "sub/link0");
+    fs::create_symlink("sub/link0", folder() / "link0");
+    for (int i = 1; i < 41; ++i) {
+        fs::create_symlink("link" + std::to_string(i - 1), folder() / ("link" + std::to_string(i)));
+    }
+    int followed = 0;
+    for (int i = 0; i < 41; ++i) {
+        const fs::path link = folder() / ("link" + std::to_string(i));
+        struct stat status = {};
+        const bool isReadable = ::stat(link.c_str(), &status) == 0;
+        followed += isReadable ? 1 : 0;
+        const std::string bytes = "through " + std::to_string(i) + "\n";
+        EXPECT_EQ(replaceFileContents(link, bytes), isReadable) << link;
+        EXPECT_EQ(readFile(folder() / "sub/real.conf") == bytes, isReadable) << link;
+        EXPECT_TRUE(fs::is_symlink(fs::symlink_status(link))) << link;
+    }
+    EXPECT_GE(followed, 8) << "as any system must";
+}
+
+TEST_F(FileReplacement, MakesTheFileThatADanglingLinkNames)
+{
+    fs::create_symlink("../home/new.conf", file());
+    EXPECT_TRUE(replaceFileContents(file(), s_new));
+    EXPECT_TRUE(fs::is_symlink(fs::symlink_status(file())));
+    EXPECT_EQ(readFile(m_home.home() / "new.conf"), s_new);
+
+    fs::remove(file());
+    fs::create_symlink("missing/new.conf", file());
+    EXPECT_FALSE(replaceFileContents(file(), s_new));
+    EXPECT_EQ(names(), Names{"visa.conf"});
+}
+
+TEST_F(FileReplacement, LeavesALoopOfLinksAlone)
+{
+    fs::create_symlink("other", file());
+    fs::create_symlink("visa.conf", folder() / "other");
+    fs::create_symlink("self", folder() / "self");
+    EXPECT_FALSE(replaceFileContents(file(), s_new));
+    EXPECT_FALSE(replaceFileContents(folder() / "self", s_new));
+    EXPECT_EQ(fs::read_symlink(file()), "other");
+    EXPECT_EQ(names(), (Names{"visa.conf", "other", "self"}));
+}
+
+TEST_F(FileReplacement, WritesThroughToAllNamesOfALinkedFile)
+{
+    const std::string texts[] = {"", s_new, s_old, std::string(300'000, 'l')};
+    for (const std::string& old : texts) {
+        for (const std::string& bytes : texts) {
+            fs::remove(file());
+            fs::remove(folder() / "second");
+            writeFile(file(), old);
+            fs::create_hard_link(file(), folder() / "second");
+            const ino_t inode = statusOf(file()).st_ino;
+            EXPECT_TRUE(replaceFileContents(file(), bytes));
+            EXPECT_TRUE(readFile(file()) == bytes) << old.size() << " to " << bytes.size();
+            EXPECT_TRUE(readFile(folder() / "second") == bytes);
+            EXPECT_EQ(statusOf(file()).st_ino, inode);
+            EXPECT_EQ(statusOf(folder() / "second").st_ino, inode);
+            EXPECT_EQ(names(), (Names{"second", "visa.conf"}));
+        }
+    }
+}
+
+TEST_F(FileReplacement, DoesNothingWithoutTheFolder)
+{
+    EXPECT_FALSE(replaceFileContents(folder() / "missing/visa.conf", s_new));
+    EXPECT_FALSE(replaceFileContents("", s_new));
+    EXPECT_FALSE(replaceFileContents("/dev/null/visa.conf", s_new));
+    EXPECT_EQ(names(), Names());
+}
+
+TEST_F(FileReplacement, LeavesFoldersPipesAndDevicesAlone)
+{
+    fs::create_directory(file());
+    EXPECT_FALSE(replaceFileContents(file(), s_new));
+    EXPECT_FALSE(replaceFileContents(file().string() + "/", s_new));
+    EXPECT_TRUE(fs::is_empty(file()));
+    fs::remove(file());
+
+    ASSERT_EQ(::mkfifo(file().c_str(), 0600), 0);
+    EXPECT_FALSE(replaceFileContents(file(), s_new)) << "a pipe without a reader";
+    const int reader = ::open(file().c_str(), O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    EXPECT_FALSE(replaceFileContents(file(), s_new)) << "a pipe with a reader";
+    char byte = 0;
+    EXPECT_EQ(::read(reader, &byte, 1), 0) << "bytes came through the pipe";
+    ::close(reader);
+    EXPECT_TRUE(fs::is_fifo(file()));
+    fs::remove(file());
+
+    for (const char* device : {"/dev/null", "/dev/zero", "/dev/full"}) {
+        fs::create_symlink(device, file());
+        EXPECT_FALSE(replaceFileContents(file(), s_new)) << device;
+        EXPECT_TRUE(fs::is_character_file(device));
+        fs::remove(file());
+    }
+    EXPECT_EQ(names(), Names());
+}
+
+std::string neighbourName(int attempt)
+{
+    return ".qvvisa-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
+}
+
+TEST_F(FileReplacement, PassesByWhatAKilledSaveLeftBehind)
+{
+    writeFile(file(), s_old);
+    writeFile(folder() / "precious", "precious");
+    writeFile(folder() / neighbourName(0), "left over");
+    fs::create_directory(folder() / neighbourName(1));
+    fs::create_symlink("precious", folder() / neighbourName(2));
+    fs::create_symlink("missing", folder() / neighbourName(3));
+    const Names before = names();
+    EXPECT_TRUE(replaceFileContents(file(), s_new));
+    EXPECT_EQ(readFile(file()), s_new);
+    EXPECT_EQ(names(), before);
+    EXPECT_EQ(readFile(folder() / neighbourName(0)), "left over");
+    EXPECT_EQ(readFile(folder() / "precious"), "precious");
+}
+
+TEST_F(FileReplacement, OverwritesInPlaceWhereNoNeighbourCanBe)
+{
+    writeFile(file(), s_old);
+    for (int attempt = 0; attempt < 1000; ++attempt) {
+        writeFile(folder() / neighbourName(attempt), "");
+    }
+    const ino_t inode = statusOf(file()).st_ino;
+    EXPECT_TRUE(replaceFileContents(file(), s_new));
+    EXPECT_EQ(readFile(file()), s_new);
+    EXPECT_EQ(statusOf(file()).st_ino, inode);
+}
+
+TEST_F(FileReplacement, TakesTheLongestNames)
+{
+    const fs::path longest = folder() / std::string(255, 'n');
+    EXPECT_TRUE(replaceFileContents(longest, s_old));
+    EXPECT_TRUE(replaceFileContents(longest, s_new));
+    EXPECT_EQ(readFile(longest), s_new);
+    EXPECT_FALSE(replaceFileContents(longest.string() + "n", s_new));
+    EXPECT_EQ(names(), Names{longest.filename()});
+}
+
+TEST_F(FileReplacement, TakesThePathWhoseNeighbourWouldBeTooLong)
+{
+    fs::path deep = folder();
+    while (deep.string().size() + 101 < PATH_MAX - 30) {
+        deep /= std::string(100, 'd');
+    }
+    fs::create_directories(deep);
+    // One byte is left for the ending zero.
+    const std::string path = deep / std::string(PATH_MAX - 2 - deep.string().size(), 'f');
+    ASSERT_EQ(path.size(), PATH_MAX - 1U);
+    writeFile(path, s_old);
+    EXPECT_TRUE(replaceFileContents(path, s_new));
+    EXPECT_EQ(readFile(path), s_new);
+}
+
+TEST_F(FileReplacement, TakesAPathWithoutAFolder)
+{
+    EXPECT_TRUE(replaceFileContents("visa.conf", s_old));
+    EXPECT_TRUE(replaceFileContents("visa.conf", s_new));
+    EXPECT_EQ(readFile(file()), s_new);
+    fs::create_symlink("visa.conf", "link");
+    EXPECT_TRUE(replaceFileContents("link", s_old));
+    EXPECT_EQ(readFile(file()), s_old);
+    EXPECT_EQ(names(), (Names{"link", "visa.conf"}));
+}
+
+TEST_F(FileReplacement, HoldsNoFileOpen)
+{
+    const int before = ::dup(0);
+    ::close(before);
+    replaceFileContents(file(), s_old);
+    replaceFileContents(file(), s_new);
+    fs::create_hard_link(file(), folder() / "second");
+    replaceFileContents(file(), s_old);
+    replaceFileContents(folder(), s_old);
+    const int after = ::dup(0);
+    ::close(after);
+    EXPECT_EQ(after, before) << "the lowest free descriptor is another";
+}
+
+TEST_F(FileReplacement, LeavesAFileAloneThatIsTooLargeToPutAside)
+{
+    writeFile(file(), s_old);
+    fs::create_hard_link(file(), folder() / "second");
+    // Mostly a hole: it takes no room.
+    constexpr off_t size = off_t{1} << 43;
+    if (::truncate(file().c_str(), size) != 0) {
+        GTEST_SKIP() << "this file system has no files of 8 TiB";
+    }
+    EXPECT_FALSE(replaceFileContents(file(), s_new));
+    EXPECT_EQ(statusOf(file()).st_size, size);
+}
+
+} // namespace
