@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -262,8 +263,10 @@ TEST_F(FileReplacement, PassesByWhatAKilledSaveLeftBehind)
     fs::create_symlink("precious", folder() / neighbourName(2));
     fs::create_symlink("missing", folder() / neighbourName(3));
     const Names before = names();
+    const ino_t inode = statusOf(file()).st_ino;
     EXPECT_TRUE(replaceFileContents(file(), s_new));
     EXPECT_EQ(readFile(file()), s_new);
+    EXPECT_NE(statusOf(file()).st_ino, inode) << "no neighbour was made";
     EXPECT_EQ(names(), before);
     EXPECT_EQ(readFile(folder() / neighbourName(0)), "left over");
     EXPECT_EQ(readFile(folder() / "precious"), "precious");
@@ -293,17 +296,21 @@ TEST_F(FileReplacement, TakesTheLongestNames)
 
 TEST_F(FileReplacement, TakesThePathWhoseNeighbourWouldBeTooLong)
 {
+    // One byte is left for the ending zero.
+    constexpr std::size_t folderSize = PATH_MAX - 1 - std::string_view("/abc").size();
     fs::path deep = folder();
-    while (deep.string().size() + 101 < PATH_MAX - 30) {
+    while (deep.string().size() + 202 < folderSize) {
         deep /= std::string(100, 'd');
     }
+    deep /= std::string(folderSize - deep.string().size() - 1, 'd');
     fs::create_directories(deep);
-    // One byte is left for the ending zero.
-    const std::string path = deep / std::string(PATH_MAX - 2 - deep.string().size(), 'f');
+    const std::string path = deep / "abc";
     ASSERT_EQ(path.size(), PATH_MAX - 1U);
     writeFile(path, s_old);
+    const ino_t inode = statusOf(path).st_ino;
     EXPECT_TRUE(replaceFileContents(path, s_new));
     EXPECT_EQ(readFile(path), s_new);
+    EXPECT_EQ(statusOf(path).st_ino, inode) << "there was room for a neighbour";
 }
 
 TEST_F(FileReplacement, TakesAPathWithoutAFolder)
