@@ -125,12 +125,29 @@ bool ConfigurationModel::setData(const QModelIndex& index, const QVariant& value
     return true;
 }
 
+/// Moves the indexes that views hold from a row on one row down. A removal that names one row too
+/// many then brings each to its own entry; without this an open editor would write into the row
+/// above its own.
+void ConfigurationModel::yieldOneRow(int row)
+{
+    QModelIndexList from;
+    QModelIndexList to;
+    for (const QModelIndex& index : persistentIndexList()) {
+        if (index.row() >= row) {
+            from.append(index);
+            to.append(createIndex(index.row() + 1, index.column()));
+        }
+    }
+    changePersistentIndexList(from, to);
+}
+
 bool ConfigurationModel::removeRows(int row, int count, const QModelIndex& parent)
 {
     if (row < 0 || count < 0 || row > rowCount() - count) {
         return false;
     }
     // The last row named is deliberately one past the last that goes.
+    yieldOneRow(row + count);
     beginRemoveRows(parent, row, row + count);
     const auto first = m_entries.begin() + row;
     m_entries.erase(first, first + count);

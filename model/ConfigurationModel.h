@@ -90,6 +90,7 @@ public slots:
 
 private:
     bool isRow(int row) const;
+    void yieldOneRow(int row);
 
     /// (resource string, alias), one for each row.
     std::vector<std::pair<QString, QString>> m_entries;

@@ -206,6 +206,8 @@ void TestConfigurationModelRows::replacesTheSelectedRowsResource()
     // Once dirty, dirty: the former text does not clean it.
     m_model->setResource(QStringLiteral("TCPIP0::10.0.0.5::INSTR"));
     QVERIFY(m_model->isDirty());
+    m_model->setResource(QStringLiteral("TCPIP0::10.0.0.5::INSTR"));
+    QVERIFY(m_model->isDirty());
     m_model->setResource(QString());
     QCOMPARE(textAt(*m_model, 2, 0), QString());
     QCOMPARE(textAt(*m_model, 0, 0), QStringLiteral("GPIB0::1::INSTR"));
