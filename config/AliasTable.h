@@ -23,7 +23,7 @@ public:
     AliasTable() = default;
     AliasTable(const AliasTable&) = default;
     AliasTable(AliasTable&& other) noexcept(std::is_nothrow_move_constructible_v<Base>)
-        : Base(std::move(other))
+        : Base(static_cast<Base&&>(other))
     {
         other.renew();
     }
@@ -33,7 +33,7 @@ public:
     {
         return *this = static_cast<const Base&>(other);
     }
-    AliasTable& operator=(AliasTable&& other)
+    AliasTable& operator=(AliasTable&& other) noexcept(std::is_nothrow_move_assignable_v<Base>)
     {
         other.renew();
         return *this = static_cast<Base&&>(other);
@@ -44,7 +44,7 @@ public:
         Base::operator=(other);
         return *this;
     }
-    AliasTable& operator=(Base&& other)
+    AliasTable& operator=(Base&& other) noexcept(std::is_nothrow_move_assignable_v<Base>)
     {
         renew();
         Base::operator=(std::move(other));
