@@ -365,8 +365,10 @@ void TestRsrcStringEditorForm::hiddenPartsLeaveNoHoles()
         int bottom =
             group.contentsRect().top() + layout.contentsMargins().top() - layout.spacing() - 1;
         for (int i = 0; i < layout.count(); ++i) {
-            const QLayoutItem& item = *layout.itemAt(i);
-            if (!item.isEmpty()) {
+            QLayoutItem& item = *layout.itemAt(i);
+            const bool isShown =
+                item.widget() != nullptr ? item.widget()->isVisible() : !item.isEmpty();
+            if (isShown) {
                 QCOMPARE(item.geometry().top() - bottom - 1, layout.spacing());
                 bottom = item.geometry().bottom();
             }
