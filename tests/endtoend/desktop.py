@@ -65,8 +65,9 @@ class Desktop:
 
     def __init__(self, failures=None, size=(1280, 900)):
         self._failures = failures
-        self._size = size
+        self.size = size
         self._processes = []
+        self._last_click = None
         self.folder = None
         self.display = None
 
@@ -90,7 +91,7 @@ class Desktop:
 
     def _start_display(self):
         reading, writing = os.pipe()
-        width, height = self._size
+        width, height = self.size
         self.start(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
              "-nolisten", "tcp", "-noreset"],
@@ -209,20 +210,30 @@ class Desktop:
 
     def colours(self, window, place):
         """The set of (red, green, blue) in place = (x, y, width, height) of a window."""
+        pixels = self.picture(window, place)
+        return {tuple(pixels[at:at + 3]) for at in range(0, len(pixels), 3)}
+
+    def picture(self, window, place):
+        """The bytes red, green, blue of each pixel in place = (x, y, width, height) of a window."""
         x, y, width, height = place
         done = subprocess.run(
             ["import", "-silent", "-window", window, "-crop", f"{width}x{height}+{x}+{y}",
              "-depth", "8", "rgb:-"],
             env=self.environment(), stdin=subprocess.DEVNULL, capture_output=True, check=True)
-        pixels = done.stdout
-        return {tuple(pixels[at:at + 3]) for at in range(0, len(pixels), 3)}
+        return done.stdout
 
     # Hands
 
     def click(self, window, point, button=1, times=1):
-        """Clicks at point = (x, y) from the window's upper left corner."""
-        self.xdotool("mousemove", "--window", window, *point, "click", "--repeat", times,
-                     "--delay", 30, button)
+        """Clicks at point = (x, y) from the window's upper left corner.
+
+        Never twice at the same place: two calls must not add up to a double click."""
+        x, y = point
+        if (window, point) == self._last_click:
+            x += 10
+        self._last_click = (window, (x, y))
+        self.xdotool("mousemove", "--window", window, x, y, "click", "--repeat", times,
+                     "--delay", 10, button)
 
     def key(self, *keys):
         self.xdotool("key", *keys)
