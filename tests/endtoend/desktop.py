@@ -148,8 +148,10 @@ class Desktop:
             raise Failure(f"{' '.join(command)}: {done.stderr.strip()}")
         return done.stdout
 
-    def screenshot(self, path, window="root"):
-        subprocess.run(["import", "-silent", "-window", str(window), str(path)],
+    def screenshot(self, path, window="root", place=None):
+        """Writes a picture of a window, or of place, WIDTHxHEIGHT+X+Y, in it."""
+        cut = ["-crop", place, "+repage"] if place else []
+        subprocess.run(["import", "-silent", "-window", str(window), *cut, "-strip", str(path)],
                        env=self.environment(), stdin=subprocess.DEVNULL, check=True)
 
     # Windows
