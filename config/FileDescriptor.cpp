@@ -27,7 +27,8 @@ FileDescriptor::~FileDescriptor()
 FileDescriptor FileDescriptor::openForReading(const std::string& path)
 {
     // O_NONBLOCK: a pipe that took the file's place must not hold us up in open().
-    FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    FileDescriptor file(
+        uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
     struct stat status = {};
     if (file.isOpen() && (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))) {
         file.close();
@@ -38,7 +39,7 @@ FileDescriptor FileDescriptor::openForReading(const std::string& path)
 bool FileDescriptor::close()
 {
     const int descriptor = std::exchange(m_descriptor, -1);
-    return descriptor < 0 || ::close(descriptor) == 0;
+    return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
 }
 
 } // namespace QvVisa

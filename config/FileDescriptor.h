@@ -1,9 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cerrno>
 #include <string>
 
 namespace QvVisa {
+
+/// Makes a system call, again as long as a signal interrupts it. Not for close(), which has closed
+/// the file then.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
 
 /// Owns an open POSIX file descriptor, or none.
 class FileDescriptor

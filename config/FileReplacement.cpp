@@ -44,10 +44,8 @@ bool writeFromStart(int descriptor, std::string_view bytes)
 {
     off_t offset = 0;
     while (!bytes.empty()) {
-        const ssize_t count = ::pwrite(descriptor, bytes.data(), bytes.size(), offset);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t count =
+            uninterrupted([&] { return ::pwrite(descriptor, bytes.data(), bytes.size(), offset); });
         if (count <= 0) {
             return false;
         }
@@ -65,7 +63,9 @@ bool flushToDisk(int descriptor)
         return true;
     }
 #endif
-    return ::fsync(descriptor) == 0;
+    const bool isFlushed = uninterrupted([descriptor] { return ::fsync(descriptor); }) == 0;
+    // A file system that knows no flushing must not stand in the way of saving.
+    return isFlushed || errno == EINVAL || errno == ENOTSUP;
 }
 
 void flushFolderOf(const std::filesystem::path& file)
@@ -97,22 +97,35 @@ std::optional<std::filesystem::path> followLinks(std::filesystem::path path)
     return std::nullopt;
 }
 
+/// False when the system does not allow it, or fails; errno tells.
+bool changeOwner(int descriptor, uid_t user, gid_t group)
+{
+    return uninterrupted([=] { return ::fchown(descriptor, user, group); }) == 0;
+}
+
 bool takeOverOwnerAndMode(int descriptor, const struct stat& old)
 {
     struct stat own = {};
     if (::fstat(descriptor, &own) != 0) {
         return false;
     }
-    if (own.st_uid != old.st_uid && ::fchown(descriptor, old.st_uid, old.st_gid) == 0) {
-        own.st_gid = old.st_gid;
+    if (own.st_uid != old.st_uid) {
+        if (changeOwner(descriptor, old.st_uid, old.st_gid)) {
+            own.st_gid = old.st_gid;
+        } else if (outcomeOfError(errno) == Outcome::Failed) {
+            return false;
+        }
     }
     // Only root may give files away, but an owner may choose among their groups. A file whose
     // group cannot be kept must not open itself to the members of another one.
     mode_t mode = old.st_mode & 07777;
-    if (own.st_gid != old.st_gid && ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0) {
+    if (own.st_gid != old.st_gid && !changeOwner(descriptor, static_cast<uid_t>(-1), old.st_gid)) {
+        if (outcomeOfError(errno) == Outcome::Failed) {
+            return false;
+        }
         mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
     }
-    return ::fchmod(descriptor, mode) == 0;
+    return uninterrupted([=] { return ::fchmod(descriptor, mode); }) == 0;
 }
 
 /// old: the status of the file to be replaced, null when there is none.
@@ -150,11 +163,8 @@ std::optional<std::string> readContents(const std::filesystem::path& path, off_t
     std::string contents(static_cast<std::size_t>(size), '\0');
     std::size_t length = 0;
     while (length < contents.size()) {
-        const ssize_t count =
-            ::read(file.get(), contents.data() + length, contents.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
+        const ssize_t count = uninterrupted(
+            [&] { return ::read(file.get(), contents.data() + length, contents.size() - length); });
         if (count < 0) {
             return std::nullopt;
         }
@@ -176,7 +186,8 @@ bool overwrite(int descriptor, std::string_view bytes, std::size_t length)
     std::string padded(bytes);
     padded.resize(std::max(bytes.size(), length), '\n');
     return writeFromStart(descriptor, padded) &&
-           ::ftruncate(descriptor, static_cast<off_t>(bytes.size())) == 0 &&
+           uninterrupted(
+               [=] { return ::ftruncate(descriptor, static_cast<off_t>(bytes.size())); }) == 0 &&
            flushToDisk(descriptor);
 }
 
@@ -202,7 +213,8 @@ bool replaceFileContents(const std::string& path, std::string_view bytes)
     if (!target) {
         return false;
     }
-    const FileDescriptor file(::open(target->c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC));
+    const FileDescriptor file(uninterrupted(
+        [&target] { return ::open(target->c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC); }));
     if (!file.isOpen()) {
         return errno == ENOENT &&
                replaceWithNeighbour(*target, bytes, nullptr) == Outcome::Replaced;

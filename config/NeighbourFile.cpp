@@ -16,8 +16,9 @@ NeighbourFile::NeighbourFile(const std::filesystem::path& target, mode_t mode) :
     const std::string prefix = ".qvvisa-" + std::to_string(::getpid()) + "-";
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         m_path = target.parent_path() / (prefix + std::to_string(attempt) + ".tmp");
-        m_file =
-            FileDescriptor(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        m_file = FileDescriptor(uninterrupted([this, mode] {
+            return ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        }));
         m_exists = m_file.isOpen();
         // A killed save may have left a file of that name behind: take the next.
         if (m_exists || errno != EEXIST) {
