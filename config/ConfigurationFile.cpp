@@ -68,13 +68,15 @@ void ConfigurationFile::load()
     if (m_path.empty() || !ModernConfigurationFile::isParseAble(m_path)) {
         return;
     }
+    // Taken first: a change that comes while the file is read is noticed at the next look.
+    const auto time = modificationTime(m_path);
     auto implementation = std::make_unique<ModernConfigurationFile>(m_path);
     AliasTable::Base aliases;
     std::vector<std::string> resources;
     unsigned short provider = m_provider;
     implementation->parse(aliases, resources, provider);
-    if (!implementation->wasRead()) {
-        // The file vanished or failed on the way.
+    if (!implementation->wasRead() || !implementation->hadHeader()) {
+        // The file vanished, failed or was replaced on the way.
         return;
     }
     m_aliases = std::move(aliases);
@@ -82,7 +84,7 @@ void ConfigurationFile::load()
     m_serialProperties = implementation->getSerialPropertiesMap();
     m_provider = implementation->getProviderId();
     m_implementation = std::move(implementation);
-    m_modificationTime = modificationTime(m_path).value_or(m_modificationTime);
+    m_modificationTime = time.value_or(m_modificationTime);
 }
 
 std::string ConfigurationFile::searchConfigFile(bool forWriting)

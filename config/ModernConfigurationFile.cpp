@@ -105,6 +105,11 @@ bool ModernConfigurationFile::wasRead() const
     return m_wasRead;
 }
 
+bool ModernConfigurationFile::hadHeader() const
+{
+    return m_hadHeader;
+}
+
 void ModernConfigurationFile::parse(std::unordered_map<std::string, std::string>& aliases,
                                     std::vector<std::string>& resources, unsigned short& provider)
 {
@@ -134,14 +139,19 @@ void ModernConfigurationFile::clear()
     m_serialProperties.clear();
     m_aliases.clear();
     m_wasRead = false;
+    m_hadHeader = false;
 }
 
 void ModernConfigurationFile::readLines()
 {
     LineReader reader(path());
     std::string_view text;
-    while (reader.next(text)) {
-        readLine(text);
+    if (reader.next(text)) {
+        const std::string header = GetVersionString();
+        m_hadHeader = text.substr(0, header.size()) == header;
+        do {
+            readLine(text);
+        } while (reader.next(text));
     }
     m_wasRead = !reader.hasFailed();
 }

@@ -38,6 +38,10 @@ public:
     /// True when the last parse() reached the end of the file.
     bool wasRead() const;
 
+    /// True when the first line that the last parse() read began with the version header.
+    /// isParseAble() told so of the path, where another file may have come to stand since.
+    bool hadHeader() const;
+
     /// Takes over what save() writes.
     void setContents(std::unordered_map<std::string, std::string> aliases,
                      std::vector<std::string> resources, SerialPropertiesMap serialProperties,
@@ -75,6 +79,7 @@ private:
     std::vector<std::string> m_resources;
     unsigned short m_provider = defaultProvider;
     bool m_wasRead = false;
+    bool m_hadHeader = false;
 };
 
 } // namespace QvVisa
