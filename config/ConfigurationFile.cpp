@@ -75,7 +75,7 @@ void ConfigurationFile::load()
     std::vector<std::string> resources;
     unsigned short provider = m_provider;
     implementation->parse(aliases, resources, provider);
-    if (!implementation->wasRead() || !implementation->hadHeader()) {
+    if (!implementation->hadHeader()) {
         // The file vanished, failed or was replaced on the way.
         return;
     }

@@ -38,8 +38,9 @@ public:
     /// True when the last parse() reached the end of the file.
     bool wasRead() const;
 
-    /// True when the first line that the last parse() read began with the version header.
-    /// isParseAble() told so of the path, where another file may have come to stand since.
+    /// True when the last parse() reached the end of a file whose first line begins with the
+    /// version header. isParseAble() tells so of a path, where another file may stand a moment
+    /// later.
     bool hadHeader() const;
 
     /// Takes over what save() writes.

@@ -152,8 +152,8 @@ bool isWhole(const std::string& path)
     std::vector<std::string> resources;
     unsigned short provider = 0;
     file.parse(aliases, resources, provider);
-    return file.wasRead() && file.hadHeader() && !resources.empty() &&
-           resources.size() == provider && aliases.size() == provider &&
+    return file.hadHeader() && !resources.empty() && resources.size() == provider &&
+           aliases.size() == provider &&
            std::all_of(resources.begin(), resources.end(),
                        [&](const std::string& resource) { return resource == resources[0]; }) &&
            std::all_of(aliases.begin(), aliases.end(),
