@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+// Says which VISA library a fresh process finds, as tests/visa/TestVisaLibrarySearch.cpp wants it:
+// the candidate's name, the file that it came from, what each call answers and whether a call left
+// its outputs alone.
+#include "visa/VisaLibrary.h"
+
+#include <atomic>
+#include <iostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <dlfcn.h>
+
+namespace {
+
+std::string fileOf(const visa::VisaLibrary& library)
+{
+    Dl_info info = {};
+    auto* address = reinterpret_cast<void*>(library.calls().openDefaultRM);
+    return address != nullptr && ::dladdr(address, &info) != 0 ? info.dli_fname : "";
+}
+
+/// Has many threads be the first to ask, and tells how many libraries they saw.
+std::size_t librariesSeenBy(std::size_t count)
+{
+    std::atomic<bool> go{false};
+    std::vector<const visa::VisaLibrary*> seen(count);
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < count; ++i) {
+        threads.emplace_back([&go, &library = seen[i]] {
+            while (!go) {
+                std::this_thread::yield();
+            }
+            ViSession session = VI_NULL;
+            viOpenDefaultRM(&session);
+            library = &visa::VisaLibrary::instance();
+        });
+    }
+    go = true;
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    std::size_t others = 0;
+    for (const visa::VisaLibrary* library : seen) {
+        others += library != seen.front() ? 1 : 0;
+    }
+    return 1 + others;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (argc == 2) {
+        std::cout << "libraries " << librariesSeenBy(std::stoul(argv[1])) << '\n';
+    }
+    const visa::VisaLibrary& library = visa::VisaLibrary::instance();
+    std::cout << "name " << library.name() << "\nfile " << fileOf(library) << '\n';
+
+    ViSession session = 11;
+    ViFindList list = 12;
+    ViUInt32 matches = 13;
+    ViUInt16 type = 14;
+    ViUInt16 number = 15;
+    ViChar description[VI_FIND_BUFLEN] = "untouched";
+    std::cout << "statuses " << viOpenDefaultRM(&session) << ' ' << viSetAttribute(1, 2, 3) << ' '
+              << viFindRsrc(1, "?*", &list, &matches, description) << ' '
+              << viFindNext(1, description) << ' ' << viParseRsrc(1, "ASRL1", &type, &number) << ' '
+              << viClose(1) << "\noutputs " << session << ' ' << list << ' ' << matches << ' '
+              << type << ' ' << number << ' ' << description << '\n';
+    return 0;
+}

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
+#include "visa/VisaLibrary.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <map>
+#include <sstream>
+#include <string>
+
+namespace {
+
+#ifdef __APPLE__
+constexpr const char* searchVariable = "DYLD_LIBRARY_PATH";
+#else
+constexpr const char* searchVariable = "LD_LIBRARY_PATH";
+#endif
+
+const std::string lacking = QVVISA_STUB_FOLDER "/lacking_viParseRsrc/" QVVISA_STUB_FILE;
+const std::string complete = QVVISA_STUB_FOLDER "/complete/" QVVISA_STUB_FILE;
+
+/// A process of its own for each search, since a process searches once.
+class VisaLibrarySearch : public testing::Test
+{
+protected:
+    VisaLibrarySearch()
+    {
+        ::setenv(searchVariable, folder("one").c_str(), 1);
+        ::setenv("QVVISA_STUB_LOADS", loads().c_str(), 1);
+        support::writeFile(loads(), "");
+    }
+
+    std::filesystem::path folder(const std::string& name) const
+    {
+        std::filesystem::create_directory(m_folder.path() / name);
+        return m_folder.path() / name;
+    }
+    std::filesystem::path loads() const { return m_folder.path() / "loads"; }
+
+    /// Puts a library where the loader looks first.
+    void install(const std::string& library, const std::string& name,
+                 const std::string& where = "one") const
+    {
+        std::filesystem::copy_file(library, folder(where) / name);
+    }
+
+    /// What the probe says, by its lines' first words.
+    static std::map<std::string, std::string> probe(const std::string& arguments = "")
+    {
+        FILE* output = ::popen((QVVISA_PROBE " " + arguments).c_str(), "r");
+        std::string text;
+        for (int byte = std::fgetc(output); byte != EOF; byte = std::fgetc(output)) {
+            text.push_back(static_cast<char>(byte));
+        }
+        EXPECT_EQ(::pclose(output), 0);
+        std::map<std::string, std::string> said;
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);) {
+            const std::size_t blank = line.find(' ');
+            said[line.substr(0, blank)] = line.substr(blank + 1);
+        }
+        return said;
+    }
+
+    support::TemporaryFolder m_folder;
+};
+
+TEST_F(VisaLibrarySearch, FindsItsOwnLibraryOnTheSearchPath)
+{
+    const std::string name = visa::VisaLibrary::candidates().front();
+    install(complete, name);
+    auto said = probe();
+    EXPECT_EQ(said["name"], name);
+    EXPECT_EQ(said["file"], folder("one") / name);
+    EXPECT_EQ(said["statuses"], "0 0 0 0 0 0");
+}
+
+#ifndef __APPLE__
+TEST_F(VisaLibrarySearch, PrefersItsOwnLibraryToOthers)
+{
+    install(complete, "libvisa.so");
+    install(complete, "libvisa.so.0");
+    install(complete, "libqvvisa.so");
+    EXPECT_EQ(probe()["file"], folder("one") / "libqvvisa.so");
+}
+
+TEST_F(VisaLibrarySearch, LooksForOneNameEverywhereBeforeTheNext)
+{
+    ::setenv(searchVariable, (folder("one").string() + ":" + folder("two").string()).c_str(), 1);
+    install(complete, "libvisa.so.0", "one");
+    install(complete, "libqvvisa.so", "two");
+    EXPECT_EQ(probe()["file"], folder("two") / "libqvvisa.so");
+}
+
+TEST_F(VisaLibrarySearch, TakesTheStandardsNameWithItsVersionFirst)
+{
+    install(complete, "libvisa.so");
+    EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so");
+    install(complete, "libvisa.so.0");
+    EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so.0");
+}
+
+TEST_F(VisaLibrarySearch, PassesOverWhatDoesNotQualify)
+{
+    install(lacking, "libqvvisa.so");
+    support::writeFile(folder("one") / "libvisa.so.0", "This is no library.\n");
+    install(complete, "libvisa.so");
+    auto said = probe();
+    EXPECT_EQ(said["name"], "libvisa.so");
+    EXPECT_EQ(said["file"], folder("one") / "libvisa.so");
+}
+#endif
+
+TEST_F(VisaLibrarySearch, EveryCallSaysWhenThereIsNoLibrary)
+{
+    auto said = probe();
+    if (!said["name"].empty()) {
+        GTEST_SKIP() << "this machine has a VISA library of its own: " << said["file"];
+    }
+    const std::string notFound = std::to_string(VI_ERROR_LIBRARY_NFOUND);
+    std::string expected = notFound;
+    for (int call = 1; call < 6; ++call) {
+        expected += " " + notFound;
+    }
+    EXPECT_EQ(said["statuses"], expected);
+    EXPECT_EQ(said["outputs"], "11 12 13 14 15 untouched");
+}
+
+TEST_F(VisaLibrarySearch, SearchesOnceHoweverManyThreadsAsk)
+{
+    const auto& candidates = visa::VisaLibrary::candidates();
+    install(lacking, candidates.front());
+    // Each search would load the one that lacks a call again, since it is unloaded at once.
+    const std::string threads = "24";
+    EXPECT_EQ(probe(threads)["libraries"], "1");
+    EXPECT_EQ(support::readFile(loads()), "x");
+
+    std::filesystem::remove(folder("one") / candidates.front());
+    install(complete, candidates.front());
+    support::writeFile(loads(), "");
+    auto said = probe(threads);
+    EXPECT_EQ(said["libraries"], "1");
+    EXPECT_EQ(said["name"], candidates.front());
+    EXPECT_EQ(support::readFile(loads()), "x");
+}
+
+} // namespace
