@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The composer as a form: what stands where, how much room it has, how the keyboard goes through.
 #include "tests/gui/ComposerCase.h"
+#include "tests/gui/FontSize.h"
 #include "tests/gui/GuiTestMain.h"
 #include "tests/support/QtWarnings.h"
 
@@ -72,24 +73,6 @@ auto readingOrder(const ComposerCase& composer, const QWidget& widget)
     const QPoint centre = widget.mapTo(widget.window(), widget.rect().center());
     return std::make_tuple(part, centre.y(), centre.x());
 }
-
-/// All windows have letters of that height for as long as the object lives.
-class FontSize
-{
-public:
-    explicit FontSize(int pixels) : m_common(QApplication::font())
-    {
-        QFont font = m_common;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
-    }
-    ~FontSize() { QApplication::setFont(m_common); }
-    FontSize(const FontSize&) = delete;
-    FontSize& operator=(const FontSize&) = delete;
-
-private:
-    QFont m_common;
-};
 
 } // namespace
 
@@ -321,7 +304,7 @@ void TestRsrcStringEditorForm::hasRoomForEverything()
 {
     QFETCH(const int, type);
     QFETCH(const int, pixels);
-    const FontSize fontSize(pixels);
+    const guitest::FontSize fontSize(pixels);
     ComposerCase composer;
     composer.choose(type);
     QCoreApplication::processEvents();
