@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/config/StoreFixture.h"
 #include "tests/support/Files.h"
+#include "tests/support/OrdinaryUser.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 
@@ -222,6 +224,20 @@ TEST_F(StoreLoad, KeepsEverythingWhenSomethingElseTakesTheFilesPlace)
         expectFirstLines(store());
         fs::remove(file());
     }
+}
+
+TEST_F(StoreLoad, KeepsEverythingWhenTheFileMayNoLongerBeRead)
+{
+    m_configuration.write(s_firstLines);
+    ASSERT_EQ(::chmod(m_configuration.home().root().c_str(), 0711), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(file().c_str(), support::ordinaryUser, support::ordinaryGroup), 0);
+    }
+    EXPECT_TRUE(support::asOrdinaryUser([this] {
+        const bool wasRead = store().m_provider == 17;
+        return wasRead && ::chmod(file().c_str(), 0) == 0 && store().m_provider == 17 &&
+               store().m_resources == Resources{"GPIB0::12::INSTR"};
+    }));
 }
 
 TEST_F(StoreLoad, ReplacesAllTablesTogether)
