@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace support {
+
+/// True in a build under the address or the thread sanitizer, which costs time and memory of its
+/// own: such a build does less of the same, and measures no memory.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool isSanitized = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+inline constexpr bool isSanitized = true;
+#else
+inline constexpr bool isSanitized = false;
+#endif
+#else
+inline constexpr bool isSanitized = false;
+#endif
+
+} // namespace support
