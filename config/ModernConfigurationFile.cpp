@@ -113,6 +113,7 @@ bool ModernConfigurationFile::hadHeader() const
 void ModernConfigurationFile::parse(std::unordered_map<std::string, std::string>& aliases,
                                     std::vector<std::string>& resources, unsigned short& provider)
 {
+    const unsigned short providerBefore = m_provider;
     clear();
     try {
         readLines();
@@ -129,6 +130,7 @@ void ModernConfigurationFile::parse(std::unordered_map<std::string, std::string>
     }
     if (!m_wasRead) {
         clear();
+        m_provider = providerBefore;
     }
 }
 

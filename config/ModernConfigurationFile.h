@@ -31,7 +31,7 @@ public:
 
     /// Lines that match nothing, or hold a number beyond a signed 32-bit integer, are skipped.
     /// When the file cannot be read to its end (or memory runs out), this object's tables are
-    /// empty, the caller's are left as they were, and wasRead() is false.
+    /// empty, its provider and the caller's tables are left as they were, and wasRead() is false.
     void parse(std::unordered_map<std::string, std::string>& aliases,
                std::vector<std::string>& resources, unsigned short& provider) override;
 
