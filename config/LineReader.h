@@ -11,7 +11,8 @@
 namespace QvVisa {
 
 /// Reads a regular file line by line. Lines end at line feeds, which do not belong to them; a
-/// last line without one counts too. Memory: 256 KiB, or up to twice the longest line.
+/// last line without one counts too. Memory: 256 KiB, or up to twice the longest line (three times
+/// while the buffer grows).
 class LineReader
 {
 public:
