@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// A whole file: read, against the format's regular expressions; then saved, read and saved.
+
+#include "config/ModernConfigurationFile.h"
+#include "fuzz/Judgement.h"
+#include "tests/config/OracleReader.h"
+
+using QvVisa::ModernConfigurationFile;
+
+namespace {
+
+/// Reads the file and saves it with the same object.
+FileContents readAndSave(const std::string& path)
+{
+    ModernConfigurationFile file(path);
+    FileContents contents;
+    file.parse(contents.aliases, contents.resources, contents.provider);
+    require(file.wasRead(), "a file that is there was not read");
+    require(contents.provider == file.getProviderId(), "two provider IDs");
+    contents.gpib = file.getGpibPropertiesMap();
+    contents.serial = file.getSerialPropertiesMap();
+    file.save();
+    return contents;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    static const FuzzedFile s_file;
+    const std::string_view bytes = asText(data, size);
+    s_file.write(bytes);
+    require(ModernConfigurationFile::isParseAble(s_file.path()) == beginsWithHeader(bytes),
+            "the version header was seen or not seen");
+
+    const FileContents first = readAndSave(s_file.path());
+    if (hasOnlyShortLines(bytes)) {
+        OracleReader oracle;
+        oracle.read(bytes);
+        requireSame(first, oracle.contents(), "read differently from what the expressions say");
+    }
+
+    // All that a save loses is the boards.
+    FileContents kept = first;
+    kept.gpib.clear();
+    const std::string saved = s_file.read();
+    requireSaved(saved, kept, "the first save");
+    require(ModernConfigurationFile::isParseAble(s_file.path()),
+            "a saved file is not in the format");
+    requireSame(readAndSave(s_file.path()), kept, "a saved file reads differently");
+    requireSaved(s_file.read(), kept, "the second save");
+    return 0;
+}
