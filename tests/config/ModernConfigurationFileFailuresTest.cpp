@@ -36,6 +36,7 @@ protected:
     void expectOwnTablesEmpty() const
     {
         EXPECT_FALSE(m_file.wasRead());
+        EXPECT_FALSE(m_file.hadHeader());
         EXPECT_TRUE(m_file.getGpibPropertiesMap().empty());
         EXPECT_TRUE(m_file.getSerialPropertiesMap().empty());
         m_file.save();
@@ -136,6 +137,7 @@ TEST_F(ModernConfigurationFileFailures, AFailedReadIsForgottenAtTheNextGoodOne)
     support::writeFile(path(), s_lines);
     parse();
     EXPECT_TRUE(m_file.wasRead());
+    EXPECT_TRUE(m_file.hadHeader());
     EXPECT_EQ(m_provider, 42);
     EXPECT_EQ(m_resources, (std::vector<std::string>{"GPIB0::12::INSTR"}));
 }

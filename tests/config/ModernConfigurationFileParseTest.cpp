@@ -68,6 +68,7 @@ TEST_F(ModernConfigurationFileParse, AnObjectThatHasReadNothing)
 {
     const ModernConfigurationFile file(path());
     EXPECT_FALSE(file.wasRead());
+    EXPECT_FALSE(file.hadHeader());
     EXPECT_EQ(file.getProviderId(), 3674);
     EXPECT_TRUE(file.getGpibPropertiesMap().empty());
     EXPECT_TRUE(file.getSerialPropertiesMap().empty());
