@@ -6,6 +6,7 @@
 #include "gui/ResourceScan.h"
 #include "gui/WindowSettings.h"
 
+#include <QGuiApplication>
 #include <QPushButton>
 
 namespace gui {
@@ -107,7 +108,11 @@ void ResourceDialog::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
     if (s_resourceListUpdateInProcess) {
+        // The dialog comes to the screen only after this event, so its own wait cursor is not seen:
+        // the pointer rests over a window that stands still with it.
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         refreshList(false);
+        QGuiApplication::restoreOverrideCursor();
     }
     restoreWindowSettings();
 }

@@ -42,6 +42,8 @@ public:
     /// What the user met while the dialog waited.
     bool tookWaitCursor() const { return m_tookWaitCursor; }
     bool hadItsButtons() const { return m_hadItsButtons; }
+    /// The wait cursor was the dialog's, on the screen, or else every window's.
+    bool wasSeenWaiting() const { return m_wasSeenWaiting; }
 
     /// The dialog's thread stood still before the scan was let go. After goOn().
     bool waited() const { return m_waited; }
@@ -51,6 +53,9 @@ public:
         if (event->type() == QEvent::CursorChange && !m_tookWaitCursor &&
             m_find.dialog().cursor().shape() == Qt::WaitCursor) {
             m_tookWaitCursor = true;
+            m_wasSeenWaiting = m_find.dialog().isActiveWindow() ||
+                               (QGuiApplication::overrideCursor() != nullptr &&
+                                QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor);
             m_hadItsButtons = m_find.box().isEnabled() || m_find.refresh().isEnabled();
             m_releaser = std::thread([this] { releaseWhenBlocked(); });
         }
@@ -74,6 +79,7 @@ private:
     std::atomic<bool> m_isBack{false};
     bool m_tookWaitCursor = false;
     bool m_hadItsButtons = false;
+    bool m_wasSeenWaiting = false;
     bool m_waited = false;
 };
 
@@ -136,8 +142,10 @@ void TestResourceDialogWaiting::showWaitsForTheScan()
     find.show();
     waiting.goOn();
     QVERIFY(waiting.tookWaitCursor());
+    QVERIFY(waiting.wasSeenWaiting());
     QVERIFY(!waiting.hadItsButtons());
     QVERIFY(waiting.waited());
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     QCOMPARE(find.listed(), QStringLiteral("a b c"));
     QCOMPARE(find.dialog().cursor().shape(), Qt::ArrowCursor);
     QVERIFY(find.box().isEnabled() && find.refresh().isEnabled());
@@ -172,8 +180,10 @@ void TestResourceDialogWaiting::refreshWaitsForTheScanAndAsksAgain()
     find.clickRefresh();
     waiting.goOn();
     QVERIFY(waiting.tookWaitCursor());
+    QVERIFY(waiting.wasSeenWaiting());
     QVERIFY(!waiting.hadItsButtons());
     QVERIFY(waiting.waited());
+    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
     QCOMPARE(find.listed(), QStringLiteral("a b"));
     // Two scans, one behind the other.
     QCOMPARE(bench.calls().size(), std::size_t{14});
