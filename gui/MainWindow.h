@@ -44,6 +44,7 @@ private:
     void setupConnections();
     void startScan();
     void finishCellEdit();
+    void paintTable();
     void restoreWindowSettings();
     void saveWindowSettings() const;
 

@@ -35,6 +35,7 @@ void MainWindow::rsrcStringEditorEdit()
     if (editor.exec() != QDialog::Rejected) {
         m_model.setData(resource, editor.getRsrcString(), Qt::EditRole);
         m_model.setData(alias, editor.getAlias(), Qt::EditRole);
+        paintTable();
     }
 }
 
@@ -43,7 +44,15 @@ void MainWindow::findResource()
     ResourceDialog dialog(this);
     if (dialog.exec() != QDialog::Rejected) {
         m_model.setResource(dialog.getResource());
+        paintTable();
     }
+}
+
+/// The model tells no view of a changed cell. A desktop that makes the window active again has it
+/// painted; not every desktop does.
+void MainWindow::paintTable()
+{
+    m_ui->resourceView->viewport()->update();
 }
 
 void MainWindow::setProperties()
