@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Reading a configuration of 100,000 lines:
 //   readFile         the product's reader, from the file into the caller's tables
+//   readWithExpressions  a reader on the regular expressions that define the format
 //   splitLinesOnly   the floor: splits the lines, fills the same containers, copies them once
 #include "benchmarks/GeneratedFile.h"
 #include "config/LineReader.h"
 #include "config/ModernConfigurationFile.h"
+#include "tests/config/OracleReader.h"
+#include "tests/support/Files.h"
 
 #include <benchmark/benchmark.h>
 
@@ -53,5 +56,17 @@ void splitLinesOnly(benchmark::State& state)
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
 }
 BENCHMARK(splitLinesOnly)->Unit(benchmark::kMillisecond);
+
+void readWithExpressions(benchmark::State& state)
+{
+    const benchmarks::GeneratedFile file(s_lines);
+    OracleReader reader;
+    for (auto _ : state) {
+        reader.read(support::readFile(file.path()));
+        benchmark::DoNotOptimize(reader.contents());
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+}
+BENCHMARK(readWithExpressions)->Unit(benchmark::kMillisecond);
 
 } // namespace

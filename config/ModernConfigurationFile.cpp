@@ -261,7 +261,11 @@ void ModernConfigurationFile::write(const std::string& path,
                                     const SerialPropertiesMap& serialProperties,
                                     unsigned short provider)
 {
-    std::string text = GetVersionString();
+    std::string text;
+    // Growing step by step would copy a large text several times.
+    constexpr std::size_t usualLine = 64;
+    text.reserve(usualLine * (4 + 5 * serialProperties.size() + resources.size() + aliases.size()));
+    text += GetVersionString();
     text += "\n:Provider=";
     appendNumber(text, provider);
     text += '\n';
