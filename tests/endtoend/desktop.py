@@ -14,7 +14,7 @@ import subprocess
 import tempfile
 import time
 
-DEADLINE_SECONDS = 60
+DEADLINE_SECONDS = float(os.environ.get("QVVISA_DEADLINE_SECONDS", "60"))
 SOURCES = pathlib.Path(__file__).resolve().parents[2]
 
 FONT_SETTINGS = """<?xml version="1.0"?>
