@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// The scan that the main window starts.
+#include "gui/ResourceDialog.h"
+#include "tests/gui/GuiTestMain.h"
+#include "tests/gui/MainWindowCase.h"
+#include "tests/support/Files.h"
+#include "tests/support/QtWarnings.h"
+
+#include <QListWidget>
+#include <QRegularExpression>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include <unistd.h>
+
+class TestMainWindowScan : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit TestMainWindowScan(support::ConfigurationFixture& configuration)
+        : m_configuration(configuration)
+    {}
+
+private slots:
+    void init();
+    void cleanup();
+
+    void makesTheseCallsOnce();
+    void windowWorksWhileTheScanRuns();
+    void destructionWaitsForTheScan();
+    void eachWindowScansAnew();
+
+private:
+    /// The library's calls, with the numbers of its session and list, which never come twice,
+    /// written as S and L.
+    QStringList calls();
+    QStringList foundResources() const;
+
+    support::ConfigurationFixture& m_configuration;
+    std::optional<support::QtWarnings> m_warnings;
+    std::optional<guitest::MainWindowCase> m_case;
+};
+
+namespace {
+
+const std::string s_waiting = "resource GPIB0::1::INSTR\nwait-for-file go\n";
+
+/// Whether the process's first thread, the one that the windows live in, sleeps in the system.
+bool guiThreadSleeps()
+{
+#ifdef __linux__
+    const std::string process = std::to_string(::getpid());
+    std::ifstream file("/proc/self/task/" + process + "/stat");
+    std::string line;
+    std::getline(file, line);
+    return line.compare(line.rfind(')') + 1, 2, " S") == 0;
+#else
+    return true;
+#endif
+}
+
+} // namespace
+
+void TestMainWindowScan::init()
+{
+    m_warnings.emplace();
+}
+
+void TestMainWindowScan::cleanup()
+{
+    if (m_case) {
+        // Whatever the case came to, its scan must end.
+        support::writeFile(m_case->bench().pathFor("go"), "");
+    }
+    m_case.reset();
+    const QStringList warnings = m_warnings->all();
+    m_warnings.reset();
+    QCOMPARE(warnings, QStringList());
+}
+
+QStringList TestMainWindowScan::calls()
+{
+    static const QRegularExpression sessions(QStringLiteral("session=(\\d+)"));
+    static const QRegularExpression lists(QStringLiteral("list=(\\d+)"));
+    QStringList lines;
+    for (const std::string& line : m_case->bench().calls()) {
+        lines.append(QString::fromStdString(line));
+    }
+    const QString log = lines.join(QLatin1Char('\n'));
+    const QString session = sessions.match(log).captured(1);
+    const QString list = lists.match(log).captured(1);
+    lines.replaceInStrings(
+        QRegularExpression(QStringLiteral("(?<=\\(|session=)%1\\b").arg(session)),
+        QStringLiteral("S"));
+    if (!list.isEmpty()) {
+        lines.replaceInStrings(QRegularExpression(QStringLiteral("(?<=\\(|list=)%1\\b").arg(list)),
+                               QStringLiteral("L"));
+    }
+    return lines;
+}
+
+QStringList TestMainWindowScan::foundResources() const
+{
+    const gui::ResourceDialog dialog(nullptr);
+    const auto& list = support::child<QListWidget>(dialog, "rsrcList");
+    QStringList texts;
+    for (int row = 0; row < list.count(); ++row) {
+        texts.append(list.item(row)->text());
+    }
+    return texts;
+}
+
+void TestMainWindowScan::makesTheseCallsOnce()
+{
+    m_case.emplace(m_configuration, "", "resource USB0::1::2::3::INSTR\nresource ASRL1::INSTR\n");
+    m_case->show();
+    m_case->click("actionClose");
+    m_case->destroy();
+    const QStringList expected{
+        QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=S"),
+        QStringLiteral("viSetAttribute(S, 0x0E5A0002, 7) -> VI_SUCCESS"),
+        QStringLiteral("viSetAttribute(S, 0x0E5A0001, 1000) -> VI_SUCCESS"),
+        QStringLiteral("viFindRsrc(S, \"?*\") -> VI_SUCCESS, list=L, count=2, "
+                       "description=\"USB0::1::2::3::INSTR\""),
+        QStringLiteral("viFindNext(L) -> VI_SUCCESS, description=\"ASRL1::INSTR\""),
+        QStringLiteral("viClose(L) -> VI_SUCCESS"),
+        QStringLiteral("viClose(S) -> VI_SUCCESS"),
+    };
+    QCOMPARE(calls(), expected);
+    QCOMPARE(foundResources(),
+             (QStringList{QStringLiteral("ASRL1::INSTR"), QStringLiteral("USB0::1::2::3::INSTR")}));
+}
+
+void TestMainWindowScan::windowWorksWhileTheScanRuns()
+{
+    m_case.emplace(m_configuration, "A=ASRL1::INSTR\n", s_waiting);
+    m_case->show();
+    QTRY_COMPARE(calls().size(), 3);
+    m_case->editCell(0, 1, "B");
+    m_case->click("actionSave");
+    QCOMPARE(m_configuration.read(),
+             support::ConfigurationFixture::header() + ":Provider=3674\nB=ASRL1::INSTR\n");
+    m_case->click("actionClose");
+    QVERIFY(!m_case->window().isVisible());
+    // All this time the search has not come back.
+    QCOMPARE(calls().size(), 3);
+}
+
+void TestMainWindowScan::destructionWaitsForTheScan()
+{
+    m_case.emplace(m_configuration, "", s_waiting);
+    m_case->show();
+    m_case->click("actionClose");
+    QTRY_COMPARE(calls().size(), 3);
+
+    const std::filesystem::path go = m_case->bench().pathFor("go");
+    const std::string settingsFile = QSettings().fileName().toStdString();
+    const auto isSaved = [&settingsFile] {
+        return std::filesystem::exists(settingsFile) &&
+               support::readFile(settingsFile).find("[MainWindow]") != std::string::npos;
+    };
+    std::atomic<bool> isDestroyed{false};
+    std::atomic<bool> endedTheWait{false};
+    std::atomic<bool> hadSaved{false};
+    std::thread ender([&] {
+        while (!guiThreadSleeps() && !isDestroyed) {
+            std::this_thread::yield();
+        }
+        hadSaved = isSaved();
+        endedTheWait = !isDestroyed;
+        support::writeFile(go, "");
+    });
+    m_case->destroy();
+    isDestroyed = true;
+    const bool waited = endedTheWait;
+    ender.join();
+    QVERIFY(waited);
+    QCOMPARE(calls().last(), QStringLiteral("viClose(S) -> VI_SUCCESS"));
+    QCOMPARE(calls().size(), 6);
+    // Size and position are saved once the scan has ended.
+    QVERIFY(!hadSaved);
+    QVERIFY(isSaved());
+    QCOMPARE(foundResources(), QStringList(QStringLiteral("GPIB0::1::INSTR")));
+}
+
+void TestMainWindowScan::eachWindowScansAnew()
+{
+    m_case.emplace(m_configuration, "", "resource ASRL1::INSTR\n");
+    m_case->show();
+    m_case->destroy();
+    QCOMPARE(foundResources(), QStringList(QStringLiteral("ASRL1::INSTR")));
+    m_case->bench().write("");
+    m_case->show();
+    m_case->destroy();
+    QCOMPARE(foundResources(), QStringList());
+}
+
+int main(int argc, char* argv[])
+{
+    return guitest::run<TestMainWindowScan>(argc, argv);
+}
+#include "TestMainWindowScan.moc"
