@@ -2,13 +2,9 @@
 // What a window keeps over restarts.
 #include "gui/WindowSettings.h"
 #include "tests/gui/GuiTestMain.h"
-#include "tests/gui/MainWindowCase.h"
-#include "tests/support/Files.h"
+#include "tests/gui/SettingsCase.h"
 #include "tests/support/QtWarnings.h"
-#include "tests/support/TemporaryFolder.h"
 
-#include <QScreen>
-#include <QSettings>
 #include <QTabWidget>
 
 #include <memory>
@@ -21,9 +17,7 @@ class TestWindowSettings : public QObject
     Q_OBJECT
 
 public:
-    explicit TestWindowSettings(support::ConfigurationFixture& configuration)
-        : m_configuration(configuration)
-    {}
+    explicit TestWindowSettings(const support::ConfigurationFixture&) {}
 
 private slots:
     void init();
@@ -32,7 +26,7 @@ private slots:
     void centresWithoutSettings_data();
     void centresWithoutSettings();
     void restoresWhatWasSaved();
-    void writesTheseKeysInThisOrder();
+    void writesTheseKeysAlone();
     void keepsGroupsApart();
     void appliesEachKeyAlone();
     void appliesValuesAsTheyAre_data();
@@ -51,38 +45,25 @@ private slots:
     void savesTheTabThatIsOpenThen();
     void leavesTabsOutWithoutTabs();
 
-    void theMainWindowOpensCentred();
-    void theMainWindowOpensAsItWasLeft();
-    void theMainWindowOpensMaximisedAgain();
-    void theMainWindowSavesWhenItIsDestroyed();
-    void theMainWindowSurvivesBadValues_data();
-    void theMainWindowSurvivesBadValues();
-
 private:
-    std::string file() const
-    {
-        return support::readFile(m_folder->path() / "Quorvane" / "QvVisaConfigure.conf");
-    }
     static std::unique_ptr<QWidget> window();
-    static QRect centred(const QSize& size);
 
-    support::ConfigurationFixture& m_configuration;
     std::optional<support::QtWarnings> m_warnings;
-    std::optional<support::TemporaryFolder> m_folder;
+    std::optional<guitest::SettingsCase> m_settings;
 };
 
 namespace {
 
 const QString s_group = QStringLiteral("Group");
 
-void store(const char* key, const QVariant& value, const QString& group = s_group)
+void store(const char* key, const QVariant& value)
 {
-    QSettings().setValue(group + QLatin1Char('/') + QLatin1String(key), value);
+    guitest::store(s_group, key, value);
 }
 
-QVariant stored(const char* key, const QString& group = s_group)
+QVariant stored(const char* key)
 {
-    return QSettings().value(group + QLatin1Char('/') + QLatin1String(key));
+    return guitest::stored(s_group, key);
 }
 
 } // namespace
@@ -90,15 +71,12 @@ QVariant stored(const char* key, const QString& group = s_group)
 void TestWindowSettings::init()
 {
     m_warnings.emplace();
-    m_folder.emplace();
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QString::fromStdString(m_folder->path().string()));
-    QCOMPARE(QSettings().allKeys(), QStringList());
+    m_settings.emplace();
 }
 
 void TestWindowSettings::cleanup()
 {
-    m_folder.reset();
+    m_settings.reset();
     const QStringList warnings = m_warnings->all();
     m_warnings.reset();
     QCOMPARE(warnings, QStringList());
@@ -109,13 +87,6 @@ std::unique_ptr<QWidget> TestWindowSettings::window()
     auto window = std::make_unique<QWidget>();
     window->resize(320, 210);
     return window;
-}
-
-QRect TestWindowSettings::centred(const QSize& size)
-{
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    return {available.x() + (available.width() - size.width()) / 2,
-            available.y() + (available.height() - size.height()) / 2, size.width(), size.height()};
 }
 
 void TestWindowSettings::centresWithoutSettings_data()
@@ -132,7 +103,7 @@ void TestWindowSettings::centresWithoutSettings()
     QWidget window;
     window.setGeometry(13, 17, size.width(), size.height());
     WindowSettings(s_group).restore(window);
-    QCOMPARE(window.geometry(), centred(size));
+    QCOMPARE(window.geometry(), guitest::centred(size));
     QVERIFY(!window.isVisible());
     QVERIFY(!window.isMaximized());
     // Restoring alone writes nothing.
@@ -153,7 +124,7 @@ void TestWindowSettings::restoresWhatWasSaved()
     QVERIFY(!second->isVisible());
 }
 
-void TestWindowSettings::writesTheseKeysInThisOrder()
+void TestWindowSettings::writesTheseKeysAlone()
 {
     const auto saved = window();
     saved->move(5, 6);
@@ -162,20 +133,20 @@ void TestWindowSettings::writesTheseKeysInThisOrder()
     WindowSettings(QStringLiteral("Two"), WindowSettings::Maximised::NotKept).save(*saved);
     WindowSettings(QStringLiteral("Three")).save(*saved, &tabs);
     WindowSettings(QStringLiteral("One")).save(*saved);
-    QCOMPARE(QString::fromStdString(file()), QStringLiteral("[One]\n"
-                                                            "size=@Size(320 210)\n"
-                                                            "pos=@Point(5 6)\n"
-                                                            "fullscreen=false\n"
-                                                            "\n"
-                                                            "[Two]\n"
-                                                            "size=@Size(320 210)\n"
-                                                            "pos=@Point(5 6)\n"
-                                                            "\n"
-                                                            "[Three]\n"
-                                                            "size=@Size(320 210)\n"
-                                                            "pos=@Point(5 6)\n"
-                                                            "fullscreen=false\n"
-                                                            "tabindex=-1\n"));
+    QCOMPARE(m_settings->file(), QStringLiteral("[One]\n"
+                                                "fullscreen=false\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"
+                                                "\n"
+                                                "[Three]\n"
+                                                "fullscreen=false\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"
+                                                "tabindex=-1\n"
+                                                "\n"
+                                                "[Two]\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"));
 }
 
 void TestWindowSettings::keepsGroupsApart()
@@ -185,7 +156,7 @@ void TestWindowSettings::keepsGroupsApart()
     WindowSettings(QStringLiteral("First")).save(*first);
     const auto second = window();
     WindowSettings(QStringLiteral("Second")).restore(*second);
-    QCOMPARE(second->geometry(), centred(QSize(320, 210)));
+    QCOMPARE(second->geometry(), guitest::centred(QSize(320, 210)));
 }
 
 void TestWindowSettings::appliesEachKeyAlone()
@@ -194,7 +165,7 @@ void TestWindowSettings::appliesEachKeyAlone()
     const auto sized = window();
     WindowSettings(s_group).restore(*sized);
     // Centred at the size that it had, and then resized.
-    QCOMPARE(sized->geometry(), QRect(centred(QSize(320, 210)).topLeft(), QSize(100, 90)));
+    QCOMPARE(sized->geometry(), QRect(guitest::centred(QSize(320, 210)).topLeft(), QSize(100, 90)));
 
     QSettings().clear();
     store("pos", QPoint(3, 4));
@@ -228,16 +199,7 @@ void TestWindowSettings::appliesValuesAsTheyAre()
 
 void TestWindowSettings::survivesValuesOfOtherKinds_data()
 {
-    QTest::addColumn<QVariant>("value");
-    QTest::newRow("text") << QVariant(QStringLiteral("wide"));
-    QTest::newRow("empty") << QVariant(QString());
-    QTest::newRow("number") << QVariant(5);
-    QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")});
-    QTest::newRow("bytes") << QVariant(QByteArray("\0\xFF", 2));
-    QTest::newRow("rectangle") << QVariant(QRect(1, 2, 3, 4));
-    QTest::newRow("broken size") << QVariant(QStringLiteral("@Size(1)"));
-    QTest::newRow("invalid") << QVariant(QStringLiteral("@Invalid()"));
-    QTest::newRow("flag") << QVariant(true);
+    guitest::addOtherKinds();
 }
 
 void TestWindowSettings::survivesValuesOfOtherKinds()
@@ -414,74 +376,6 @@ void TestWindowSettings::leavesTabsOutWithoutTabs()
     WindowSettings(s_group).restore(*saved);
     WindowSettings(s_group).save(*saved);
     QCOMPARE(stored("tabindex").toInt(), 3);
-}
-
-void TestWindowSettings::theMainWindowOpensCentred()
-{
-    guitest::MainWindowCase windowCase(m_configuration);
-    windowCase.show();
-    QCOMPARE(windowCase.window().geometry(), centred(QSize(600, 400)));
-    QVERIFY(!windowCase.window().isMaximized());
-}
-
-void TestWindowSettings::theMainWindowOpensAsItWasLeft()
-{
-    guitest::MainWindowCase windowCase(m_configuration);
-    windowCase.show();
-    windowCase.window().resize(640, 333);
-    windowCase.window().move(21, 43);
-    windowCase.show();
-    QCOMPARE(windowCase.window().size(), QSize(640, 333));
-    QCOMPARE(windowCase.window().pos(), QPoint(21, 43));
-    QVERIFY(!windowCase.window().isMaximized());
-    // The bounds of the screen are not asked.
-    windowCase.window().move(-4000, 6000);
-    windowCase.show();
-    QCOMPARE(windowCase.window().pos(), QPoint(-4000, 6000));
-}
-
-void TestWindowSettings::theMainWindowOpensMaximisedAgain()
-{
-    guitest::MainWindowCase windowCase(m_configuration);
-    windowCase.show();
-    windowCase.window().showMaximized();
-    QVERIFY(windowCase.window().isMaximized());
-    windowCase.destroy();
-    const gui::MainWindow window(nullptr);
-    QVERIFY(window.isVisible());
-    QVERIFY(window.isMaximized());
-}
-
-void TestWindowSettings::theMainWindowSavesWhenItIsDestroyed()
-{
-    guitest::MainWindowCase windowCase(m_configuration);
-    windowCase.show();
-    windowCase.window().move(7, 8);
-    windowCase.click("actionClose");
-    QCOMPARE(QSettings().allKeys(), QStringList());
-    windowCase.destroy();
-    QCOMPARE(QString::fromStdString(file()), QStringLiteral("[MainWindow]\n"
-                                                            "size=@Size(600 400)\n"
-                                                            "pos=@Point(7 8)\n"
-                                                            "fullscreen=false\n"));
-}
-
-void TestWindowSettings::theMainWindowSurvivesBadValues_data()
-{
-    survivesValuesOfOtherKinds_data();
-}
-
-void TestWindowSettings::theMainWindowSurvivesBadValues()
-{
-    QFETCH(QVariant, value);
-    guitest::MainWindowCase windowCase(m_configuration, "A=ASRL1::INSTR\n");
-    for (const char* key : {"size", "pos", "fullscreen"}) {
-        store(key, value, QStringLiteral("MainWindow"));
-    }
-    windowCase.show();
-    QVERIFY(windowCase.window().isVisible());
-    QVERIFY(windowCase.window().width() >= windowCase.window().minimumSizeHint().width());
-    QVERIFY(windowCase.window().height() >= windowCase.window().minimumSizeHint().height());
 }
 
 int main(int argc, char* argv[])
