@@ -69,17 +69,20 @@ void MainWindow::setupConnections()
     connect(m_ui->actionClose, SIGNAL(triggered()), this, SLOT(close()));
     connect(m_ui->actionAdd_Resource, SIGNAL(triggered()), this, SLOT(rsrcStringEditor()));
     connect(m_ui->actionRemove_resource, SIGNAL(triggered()), &m_model,
-                                                SLOT(removeSelectedEntry()));
+            SLOT(removeSelectedEntry()));
     connect(m_ui->actionEdit, SIGNAL(triggered()), this, SLOT(rsrcStringEditorEdit()));
     connect(m_ui->actionSave, SIGNAL(triggered()), &m_model, SLOT(save()));
     connect(m_ui->actionFind, SIGNAL(triggered()), this, SLOT(findResource()));
     connect(m_ui->actionEdit_properties, SIGNAL(triggered()), this, SLOT(setProperties()));
+    // A signature is written without blanks.
+    // clang-format off
     connect(m_ui->resourceView->selectionModel(),
             SIGNAL(selectionChanged(QItemSelection,QItemSelection)), this,
-                   SLOT(selectionChanged(QItemSelection,QItemSelection)));
+            SLOT(selectionChanged(QItemSelection,QItemSelection)));
+    // clang-format on
     m_ui->resourceView->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(m_ui->resourceView, SIGNAL(customContextMenuRequested(QPoint)), this,
-                                       SLOT(tablePopupMenu(QPoint)));
+            SLOT(tablePopupMenu(QPoint)));
     connect(&m_model, SIGNAL(dirtyHasChanged(bool)), this, SLOT(modelDirtyFlagChanged(bool)));
 }
 

@@ -61,12 +61,15 @@ void PropertyDialog::setupUi()
 
 void PropertyDialog::setupConnections()
 {
+    // A signature is written without blanks.
+    // clang-format off
     connect(m_ui->PropertyTree, SIGNAL(itemChanged(QTreeWidgetItem*,int)), this,
-                                       SLOT(itemChanged(QTreeWidgetItem*,int)));
+            SLOT(itemChanged(QTreeWidgetItem*,int)));
+    // clang-format on
     connect(m_ui->actionAdd_Device, SIGNAL(triggered()), this, SLOT(addDevice()));
     connect(m_ui->actionRemove_Device, SIGNAL(triggered()), this, SLOT(removeDevice()));
     connect(m_ui->PropertyTree, SIGNAL(customContextMenuRequested(QPoint)), this,
-                                       SLOT(treePopupMenu(QPoint)));
+            SLOT(treePopupMenu(QPoint)));
     m_ui->PropertyTree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_ui->groupBoxOs->close();
 }

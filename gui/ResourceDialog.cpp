@@ -63,7 +63,7 @@ void ResourceDialog::setupConnections()
 {
     connect(m_ui->refreshButton, SIGNAL(clicked()), this, SLOT(refreshList()));
     connect(m_ui->rsrcList, SIGNAL(itemDoubleClicked(QListWidgetItem*)), this,
-                                   SLOT(itemDoubleClicked(QListWidgetItem*)));
+            SLOT(itemDoubleClicked(QListWidgetItem*)));
 }
 
 QString ResourceDialog::getResource() const

@@ -85,7 +85,7 @@ void RsrcStringEditor::setValidator(QLineEdit& edit, const QString& pattern)
 void RsrcStringEditor::setupConnections()
 {
     connect(m_ui->IfcComboBox, SIGNAL(currentIndexChanged(int)), this,
-                                      SLOT(currentIndexChanged(int)));
+            SLOT(currentIndexChanged(int)));
     connect(m_ui->BoardEdit, SIGNAL(textChanged(QString)), this, SLOT(updateRsrcString(QString)));
     connect(m_ui->IpEdit, SIGNAL(textChanged(QString)), this, SLOT(updateRsrcString(QString)));
     connect(m_ui->PortEdit, SIGNAL(textChanged(QString)), this, SLOT(updateRsrcString(QString)));

@@ -303,20 +303,24 @@ void TestPropertyDialogFrame::makesEachConnection_data()
             << QByteArray(sender) << QByteArray(signal) << QByteArray(receiver) << QByteArray(slot);
     };
 
+    // clang-format off
     const char* itemChanged = SIGNAL(itemChanged(QTreeWidgetItem*,int));
+    // clang-format on
     row("buttonBox", SIGNAL(accepted()), "", SLOT(accept()));
     row("buttonBox", SIGNAL(rejected()), "", SLOT(reject()));
     row("addButton", SIGNAL(clicked()), "actionAdd_Device", SLOT(trigger()));
     row("removeButton", SIGNAL(clicked()), "actionRemove_Device", SLOT(trigger()));
     row("comboBoxSerialInterface", SIGNAL(currentIndexChanged(int)), "",
-                                          SLOT(serialInterfaceChanged(int)));
+        SLOT(serialInterfaceChanged(int)));
     row("btnDefaultOs", SIGNAL(clicked()), "", SLOT(setDefaultOs()));
     row("btnDefaultQv", SIGNAL(clicked()), "", SLOT(setDefaultQv()));
+    // clang-format off
     row("PropertyTree", itemChanged, "", SLOT(itemChanged(QTreeWidgetItem*,int)));
+    // clang-format on
     row("actionAdd_Device", SIGNAL(triggered()), "", SLOT(addDevice()));
     row("actionRemove_Device", SIGNAL(triggered()), "", SLOT(removeDevice()));
     row("PropertyTree", SIGNAL(customContextMenuRequested(QPoint)), "",
-                               SLOT(treePopupMenu(QPoint)));
+        SLOT(treePopupMenu(QPoint)));
 }
 
 /// What each connection does when it is used is shown where that behaviour is tested; here it is
