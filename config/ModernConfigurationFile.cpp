@@ -239,17 +239,6 @@ void ModernConfigurationFile::setSerialProperty(const ConfigurationLine& line)
     }
 }
 
-void ModernConfigurationFile::setContents(std::unordered_map<std::string, std::string> aliases,
-                                          std::vector<std::string> resources,
-                                          SerialPropertiesMap serialProperties,
-                                          unsigned short provider)
-{
-    m_aliases = std::move(aliases);
-    m_resources = std::move(resources);
-    m_serialProperties = std::move(serialProperties);
-    m_provider = provider;
-}
-
 void ModernConfigurationFile::save() const
 {
     write(path(), m_aliases, m_resources, m_serialProperties, m_provider);

@@ -43,11 +43,6 @@ public:
     /// later.
     bool hadHeader() const;
 
-    /// Takes over what save() writes.
-    void setContents(std::unordered_map<std::string, std::string> aliases,
-                     std::vector<std::string> resources, SerialPropertiesMap serialProperties,
-                     unsigned short provider);
-
     /// Writes the file anew: version header, provider, serial lines, resources, aliases; no GPIB
     /// lines. A file that cannot be written stays as it was, without a message; see
     /// config/FileReplacement.h for what holds if the save is cut short.

@@ -7,9 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -44,14 +42,7 @@ protected:
                         const SerialPropertiesMap& ports, unsigned short provider) const
     {
         ModernConfigurationFile::write(path(), aliases, resources, ports, provider);
-        const std::string bytes = support::readFile(path());
-
-        std::filesystem::remove(path());
-        ModernConfigurationFile file(path());
-        file.setContents(aliases, resources, ports, provider);
-        file.save();
-        EXPECT_EQ(sortedLines(support::readFile(path())), sortedLines(bytes)) << "save()";
-        return bytes;
+        return support::readFile(path());
     }
 
     /// What a save makes of a file that was read.
@@ -66,17 +57,6 @@ protected:
         EXPECT_TRUE(file.wasRead());
         file.save();
         return support::readFile(path());
-    }
-
-    static std::vector<std::string> sortedLines(const std::string& text)
-    {
-        std::vector<std::string> lines;
-        std::istringstream stream(text);
-        for (std::string line; std::getline(stream, line);) {
-            lines.push_back(line);
-        }
-        std::sort(lines.begin(), lines.end());
-        return lines;
     }
 
 private:
@@ -196,13 +176,7 @@ TEST_F(ModernConfigurationFileSave, WritesAliasesInTheirTablesOrder)
             expected.append(alias).append("=").append(resource).append("\n");
         }
         ModernConfigurationFile::write(path(), aliases, {}, {}, 3674);
-        EXPECT_EQ(support::readFile(path()), expected) << "write(), " << load;
-
-        std::filesystem::remove(path());
-        ModernConfigurationFile file(path());
-        file.setContents(std::move(aliases), {}, {}, 3674);
-        file.save();
-        EXPECT_EQ(support::readFile(path()), expected) << "save(), " << load;
+        EXPECT_EQ(support::readFile(path()), expected) << load;
     }
 }
 
