@@ -3,12 +3,14 @@
 
 #include "ui_MainWindow.h"
 
+#include "gui/CellDelegate.h"
 #include "gui/ResourceDialog.h"
 #include "gui/WindowSettings.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QMessageBox>
+#include <QToolButton>
 
 #include <system_error>
 
@@ -57,11 +59,16 @@ void MainWindow::setupUi()
     setWindowTitle(QStringLiteral("QvVisaConfigure - 5.12.1"));
     QTableView& table = *m_ui->resourceView;
     table.setModel(&m_model);
+    table.setItemDelegate(new CellDelegate(&table));
     table.horizontalHeader()->setStretchLastSection(true);
     table.resizeColumnsToContents();
     m_model.m_selectionModel = table.selectionModel();
     refreshButtonStatus();
     m_ui->actionSave->setEnabled(m_model.isDirty());
+    // The actions have no shortcuts: the keyboard comes to them by the tabulator or not at all.
+    for (QToolButton* button : m_ui->toolBar->findChildren<QToolButton*>()) {
+        button->setFocusPolicy(Qt::TabFocus);
+    }
 }
 
 void MainWindow::setupConnections()
