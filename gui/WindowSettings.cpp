@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <QTabWidget>
 #include <QWidget>
+#include <QWindow>
 
 namespace gui {
 
@@ -54,7 +55,13 @@ void WindowSettings::restore(QWidget& window, QTabWidget* tabs) const
                                settings.value(maximisedKey(), window.isMaximized()).toBool();
     centre(window);
     window.resize(settings.value(sizeKey(), window.size()).toSize());
-    window.move(settings.value(positionKey(), window.pos()).toPoint());
+    const QPoint position = settings.value(positionKey(), window.pos()).toPoint();
+    window.move(position);
+    if (QWindow* handle = window.windowHandle(); handle != nullptr && !handle->isVisible()) {
+        // A window that is about to be shown has no frame yet, so Qt takes the position for that
+        // of its inside: it would wander by its frame each time it is opened.
+        handle->setFramePosition(position);
+    }
     if (tabs != nullptr) {
         tabs->setCurrentIndex(settings.value(tabKey(), 0).toInt());
     }
