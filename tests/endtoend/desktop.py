@@ -61,10 +61,11 @@ class Desktop:
     """Xvfb and openbox of its own; a context manager.
 
     folder: a scratch folder for everything that runs here, removed at the end.
-    failures: where a screenshot goes when the with block is left by an exception, or None."""
+    failures: where a screenshot goes when the with block is left by an exception, or None.
+    size: of the screen."""
 
     def __init__(self, failures=None, size=(1280, 900)):
-        self._failures = failures
+        self.failures = failures
         self.size = size
         self._processes = []
         self._last_click = None
@@ -83,9 +84,9 @@ class Desktop:
 
     def __exit__(self, kind, error, trace):
         try:
-            if error is not None and self._failures is not None:
-                self._failures.mkdir(parents=True, exist_ok=True)
-                self.screenshot(self._failures / "failure.png")
+            if error is not None and self.failures is not None:
+                self.failures.mkdir(parents=True, exist_ok=True)
+                self.screenshot(self.failures / "failure.png")
         finally:
             self._end()
 
@@ -120,10 +121,11 @@ class Desktop:
         """What a process on this display gets: nothing of the caller's but what it must have."""
         return environment(self.folder, self.display)
 
-    def start(self, command, its_environment, **options):
-        """Starts a process that does not outlive the desktop. Its output goes to a file."""
-        log = self.folder / (pathlib.Path(command[0]).name + ".log")
-        with open(log, "ab") as output:
+    def start(self, command, its_environment, log=None, **options):
+        """Starts a process that does not outlive the desktop. Its output goes to a file, named log
+        or after the command."""
+        path = self.folder / ((log or pathlib.Path(command[0]).name) + ".log")
+        with open(path, "ab") as output:
             process = subprocess.Popen(
                 command, env=its_environment, stdin=subprocess.DEVNULL, stdout=output,
                 stderr=output, preexec_fn=_die_with_parent, **options)

@@ -16,10 +16,16 @@ PROPERTIES = "QvVisa Properties"
 TOOL_BAR_Y = 20
 TOOL_BAR_X = {"add": 29, "remove": 63, "edit": 97, "find": 131, "properties": 172, "save": 213,
               "close": 247}
+ALWAYS_ENABLED = {"add", "remove", "properties", "close"}
 FIRST_ROW_Y = 86
 ROW_HEIGHT = 31
 COLUMN_X = {"resource": 40, "alias": 560}
 BELOW_THE_ROWS = (300, 380)
+
+# The find dialog's list likewise.
+FOUND_X = 40
+FOUND_FIRST_Y = 20
+FOUND_HEIGHT = 17
 
 
 class Program:
@@ -27,15 +33,17 @@ class Program:
     kept over any number of starts.
 
     executable: the built program. libraries: where the loader looks for a VISA library before it
-    looks where the system says, LD_LIBRARY_PATH; empty for nowhere. content: the bytes of the configuration file that QVVISACONFFILE names,
-    or None to leave the file as it is. bench: what the stand-in reports. file, settings: where
-    those are kept when not in the desktop's own folder. With neither file nor content there is no
-    configuration file, and the variable is not set."""
+    looks where the system says, LD_LIBRARY_PATH; empty for nowhere. content: the bytes of the
+    configuration file that QVVISACONFFILE names, or None to leave the file as it is. bench: what
+    the stand-in reports. file, settings: where those are kept when not in the desktop's own
+    folder. With neither file nor content there is no configuration file, and the variable is not
+    set. around: a command that starts the program, given behind it."""
 
     def __init__(self, desktop, executable, libraries="", content=None, bench="", file=None,
-                 settings=None):
+                 settings=None, around=()):
         self.desktop = desktop
         self._executable = pathlib.Path(executable)
+        self._around = list(around)
         self.home = desktop.folder / "home"
         self.working_folder = desktop.folder / "work"
         self.settings = settings or desktop.folder / "settings"
@@ -48,10 +56,10 @@ class Program:
             self.file.write_bytes(content)
         if content is not None or file is not None:
             self._environment["QVVISACONFFILE"] = str(self.file)
-        bench_file = desktop.folder / "bench.txt"
-        bench_file.write_text(bench)
+        self.bench_file = desktop.folder / "bench.txt"
+        self.bench_file.write_text(bench)
         self._calls = desktop.folder / "calls.txt"
-        self._environment.update(QVVISA_BENCH=str(bench_file), QVVISA_BENCH_LOG=str(self._calls))
+        self._environment.update(QVVISA_BENCH=str(self.bench_file), QVVISA_BENCH_LOG=str(self._calls))
         if libraries:
             self._environment["LD_LIBRARY_PATH"] = libraries
         self._process = None
@@ -60,7 +68,8 @@ class Program:
     def start(self):
         """Starts the program and waits for its main window."""
         self._calls.write_text("")
-        self._process = self.desktop.start([str(self._executable)], self._environment,
+        self._process = self.desktop.start([*self._around, str(self._executable)],
+                                           self._environment, log=self._executable.name,
                                            cwd=self.working_folder)
         self.main = self.desktop.window(MAIN)
 
@@ -68,6 +77,11 @@ class Program:
         """Waits until the search of the start-up is over, as the stand-in library logs it."""
         wait_for(lambda: "viClose(1) -> VI_SUCCESS\n" in self._calls.read_text(),
                  "the search for instruments to end")
+
+    def wait_searching(self):
+        """Waits until the search of the start-up has begun: its next call is the search."""
+        wait_for(lambda: self._calls.read_text().count("viSetAttribute(") == 2,
+                 "the search for instruments to begin")
 
     def wait_ended(self):
         """Waits until the program has ended by itself, well and without a word."""
@@ -105,9 +119,21 @@ class Program:
 
     def can_save(self):
         """Whether the tool bar's Save is enabled: a disabled button has no colour."""
-        colours = self.desktop.colours(
-            self.main, (TOOL_BAR_X["save"] - 10, TOOL_BAR_Y - 10, 20, 20))
-        return any(max(colour) - min(colour) > 60 for colour in colours)
+        coloured = wait_for(self._painted_tools, "the tool bar to be painted")
+        return "save" in coloured
+
+    def _painted_tools(self):
+        """The tool bar's buttons that have colour; none while something that has just gone is
+        still to be seen in their place."""
+        width, height = max(TOOL_BAR_X.values()) + 10, 20
+        pixels = self.desktop.picture(self.main, (0, TOOL_BAR_Y - 10, width, height))
+
+        def is_coloured(x):
+            colours = (pixels[at:at + 3] for row in range(height)
+                       for at in range((row * width + x - 10) * 3, (row * width + x + 10) * 3, 3))
+            return any(max(colour) - min(colour) > 60 for colour in colours)
+        coloured = {name for name, x in TOOL_BAR_X.items() if is_coloured(x)}
+        return coloured if coloured >= ALWAYS_ENABLED else None
 
     def wait_can_save(self):
         wait_for(self.can_save, "Save to be enabled")
@@ -162,6 +188,16 @@ class Program:
         self.desktop.window(FIND)
         self.desktop.key("Home", *["Down"] * place, "Return")
         self.wait_back(FIND)
+
+    def double_click_found(self, place):
+        """The same by the mouse, once the resource is listed; leaves open what opened the dialog."""
+        window = self.desktop.window(FIND)
+        point = (FOUND_X, FOUND_FIRST_Y + place * FOUND_HEIGHT)
+        row = (point[0] - 8, point[1] - 6, 100, 12)
+        wait_for(lambda: len(self.desktop.colours(window, row)) > 1,
+                 f"an entry at place {place} of the list")
+        self.desktop.click(window, point, times=2)
+        self.desktop.wait_gone(FIND)
 
     def open_properties(self):
         """Opens the properties dialog; its tab bar has the keyboard."""

@@ -73,5 +73,23 @@ def a_text_still_in_the_cell_counts(desktop):
     user.expect_file(EDITED)
 
 
+def a_running_search_is_waited_for(desktop):
+    user = program.from_environment(desktop, content=BEFORE, bench="wait-for-file answer")
+    user.start()
+    user.wait_searching()
+    user.edit_cell(0, "alias", "B")
+    user.wait_can_save()
+    user.close()
+    answer(user, "alt+y")
+    desktop.wait_gone(program.MAIN)
+    # The file is written, and the process stays until the library answers.
+    user.wait_file(EDITED)
+    assert user.is_running()
+    (user.bench_file.parent / "answer").touch()
+    user.wait_ended()
+    user.expect_file(EDITED)
+
+
 scenario.run(nothing_changed_asks_nothing, cancel_keeps_the_window_and_no_keeps_the_file,
-             cancel_leaves_the_edit_to_be_saved, yes_saves, a_text_still_in_the_cell_counts)
+             cancel_leaves_the_edit_to_be_saved, yes_saves, a_text_still_in_the_cell_counts,
+             a_running_search_is_waited_for)

@@ -1,0 +1,74 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Stored places that no longer fit: a monitor that has gone, and what nobody would store."""
+
+import program
+import scenario
+from desktop import Desktop, wait_for
+
+HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
+CONTENT = HEADER + b"A=ASRL1::INSTR\n"
+EDITED = HEADER + b"B=ASRL1::INSTR\n"
+
+ODD_PLACES = {
+    "left and above of everything": "pos=@Point(-5000 -4000)\nsize=@Size(600 400)",
+    "right and below of everything": "pos=@Point(9000 7000)\nsize=@Size(600 400)",
+    "the last corner": "pos=@Point(1279 899)\nsize=@Size(600 400)",
+    "beyond what a window can have": "pos=@Point(2147483647 -2147483648)\nsize=@Size(600 400)",
+    "no size at all": "pos=@Point(100 100)\nsize=@Size(0 0)",
+    "a size below nothing": "pos=@Point(100 100)\nsize=@Size(-600 -400)",
+    "larger than the screen": "pos=@Point(0 0)\nsize=@Size(5000 4000)",
+    "no numbers": "pos=here\nsize=large\nfullscreen=perhaps",
+}
+
+
+def stored(user, settings):
+    file = user.settings / "Quorvane/QvVisaConfigure.conf"
+    file.parent.mkdir(exist_ok=True)
+    file.write_text(f"[MainWindow]\n{settings}\n")
+
+
+def edit_by_keyboard(user):
+    """The window may be anywhere: only keys are sure to reach it."""
+    user.desktop.key("Down", "Right", "F2")
+    user.desktop.retype("B")
+    user.desktop.key("Return")
+    user.close()
+    user.desktop.window(program.UNSAVED)
+    user.desktop.key("alt+y")
+    user.wait_ended()
+    user.expect_file(EDITED)
+
+
+def wherever_it_is_stored_it_can_be_worked_with(desktop):
+    for what, settings in ODD_PLACES.items():
+        print(what, flush=True)
+        user = program.from_environment(desktop, content=CONTENT)
+        stored(user, settings)
+        user.start()
+        edit_by_keyboard(user)
+
+
+def left_on_a_second_monitor(desktop):
+    """A screen of two monitors side by side, and the next time only the first is there."""
+    settings = desktop.folder / "kept-settings"
+    width, height = desktop.size
+    with Desktop(desktop.failures / "two-monitors", (2 * width, height)) as two:
+        user = program.from_environment(two, content=CONTENT, settings=settings)
+        user.start()
+        two.xdotool("windowmove", user.main, width + 200, 150)
+        wait_for(lambda: two.geometry(user.main)[0] > width, "the window to move")
+        left = two.geometry(user.main)
+        user.close()
+        user.wait_ended()
+        user.start()
+        wait_for(lambda: two.geometry(user.main) == left,
+                 lambda: f"the window at {left}; it is at {two.geometry(user.main)}")
+        user.close()
+        user.wait_ended()
+    user = program.from_environment(desktop, content=CONTENT, settings=settings)
+    user.start()
+    edit_by_keyboard(user)
+
+
+scenario.run(wherever_it_is_stored_it_can_be_worked_with, left_on_a_second_monitor)

@@ -1,0 +1,82 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""The last place where a file is looked for. The program gets a root folder of its own that has
+one; the machine's own is not touched."""
+
+import subprocess
+import sys
+import tempfile
+
+import program
+import scenario
+from desktop import expect_equal
+
+HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
+BEFORE = HEADER + b"A=ASRL1::INSTR\n"
+EDITED = HEADER + b"B=ASRL1::INSTR\n"
+SKIPPED = 77
+
+# new-root ROOT PREFERENCES COMMAND...: in namespaces of its own, all that the machine's root has,
+# but PREFERENCES as /Library/Preferences.
+IN_NEW_ROOT = ["unshare", "--user", "--map-root-user", "--mount", "sh", "-euc", """
+root=$1
+mount -t tmpfs new-root "$root"
+for entry in /*; do
+    if [ -L "$entry" ]; then
+        cp -P "$entry" "$root$entry"
+    elif [ -d "$entry" ] && [ "$entry" != /Library ]; then
+        mkdir "$root$entry"
+        mount --rbind "$entry" "$root$entry"
+    fi
+done
+mkdir -p "$root/Library/Preferences"
+mount --bind "$2" "$root/Library/Preferences"
+shift 2
+exec chroot "$root" sh -c 'cd "$0" && exec "$@"' "$PWD" "$@"
+""", "new-root"]
+
+
+def can_make_a_root():
+    with tempfile.TemporaryDirectory() as root, tempfile.TemporaryDirectory() as preferences:
+        return subprocess.run([*IN_NEW_ROOT, root, preferences, "true"], check=False).returncode == 0
+
+
+def prepared(desktop):
+    root, preferences = desktop.folder / "root", desktop.folder / "preferences"
+    root.mkdir()
+    preferences.mkdir()
+    file = preferences / "com.quorvane.visa.conf"
+    file.write_bytes(BEFORE)
+    return file, program.from_environment(
+        desktop, around=[*IN_NEW_ROOT, str(root), str(preferences)])
+
+
+def edit_and_save(user):
+    user.start()
+    user.edit_cell(0, "alias", "B")
+    user.save()
+    user.close()
+    user.wait_ended()
+
+
+def without_another(desktop):
+    file, user = prepared(desktop)
+    edit_and_save(user)
+    expect_equal(file.read_bytes(), EDITED, "the system-wide file")
+    expect_equal(user.files(), [], "other files")
+
+
+def the_home_folder_comes_first(desktop):
+    file, user = prepared(desktop)
+    in_home = user.home / ".quorvane/visa.conf"
+    in_home.parent.mkdir()
+    in_home.write_bytes(BEFORE)
+    edit_and_save(user)
+    expect_equal(in_home.read_bytes(), EDITED, str(in_home))
+    expect_equal(file.read_bytes(), BEFORE, "the system-wide file")
+
+
+if not can_make_a_root():
+    print("skipped: this machine lets no user make a root folder of his own")
+    sys.exit(SKIPPED)
+scenario.run(without_another, the_home_folder_comes_first)
