@@ -87,6 +87,7 @@ def a_running_search_is_waited_for(desktop):
     assert user.is_running()
     (user.bench_file.parent / "answer").touch()
     user.wait_ended()
+    user.wait_scanned()
     user.expect_file(EDITED)
 
 
