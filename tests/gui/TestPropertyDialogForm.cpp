@@ -37,6 +37,17 @@ QStringList contents(const QLayout& layout)
     return names;
 }
 
+QImage picture(const QIcon& icon)
+{
+    return icon.pixmap(16).toImage().convertToFormat(QImage::Format_ARGB32);
+}
+
+/// Of one of the program's icon files; a null image for a name that is none.
+QImage picture(const char* file)
+{
+    return picture(QIcon(QStringLiteral(":/icons/") + QString::fromLatin1(file)));
+}
+
 /// Marks every text of the dialog's own context, and notes that it was asked for.
 class Marking : public QTranslator
 {
@@ -123,7 +134,8 @@ void TestPropertyDialogForm::hasATitleAndAnIcon()
     const gui::PropertyDialog& dialog = test.open();
     QCOMPARE(dialog.objectName(), QStringLiteral("PropertyDialog"));
     QCOMPARE(dialog.windowTitle(), QStringLiteral("QvVisa Properties"));
-    QVERIFY(!dialog.windowIcon().pixmap(16).isNull());
+    QVERIFY(!dialog.windowIcon().isNull());
+    QCOMPARE(picture(dialog.windowIcon()), picture("Einstellun4d09c60e647ef.ico"));
     QVERIFY(dialog.isModal());
     QVERIFY(!dialog.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     auto& buttons = test.widget<QDialogButtonBox>("buttonBox");
@@ -302,15 +314,13 @@ void TestPropertyDialogForm::buildsTheBoardsButtons()
 {
     PropertyDialogCase test(s_twoPorts);
     test.construct();
-    const auto bytes = [](const QIcon& icon) {
-        return icon.pixmap(16).toImage().convertToFormat(QImage::Format_ARGB32);
-    };
-    const auto& add = test.widget<QToolButton>("addButton");
-    const auto& remove = test.widget<QToolButton>("removeButton");
-    QVERIFY(!bytes(add.icon()).isNull());
-    QCOMPARE(bytes(add.icon()), bytes(test.widget<QAction>("actionAdd_Device").icon()));
-    QCOMPARE(bytes(remove.icon()), bytes(test.widget<QAction>("actionRemove_Device").icon()));
-    QVERIFY(bytes(add.icon()) != bytes(remove.icon()));
+    const QImage add = picture("Neu_transp4d09c92bc222a.ico");
+    const QImage remove = picture("Minus.ico");
+    QVERIFY(!add.isNull() && !remove.isNull() && add != remove);
+    QCOMPARE(picture(test.widget<QToolButton>("addButton").icon()), add);
+    QCOMPARE(picture(test.widget<QAction>("actionAdd_Device").icon()), add);
+    QCOMPARE(picture(test.widget<QToolButton>("removeButton").icon()), remove);
+    QCOMPARE(picture(test.widget<QAction>("actionRemove_Device").icon()), remove);
 }
 
 void TestPropertyDialogForm::namesItsFieldsForScreenReaders()
