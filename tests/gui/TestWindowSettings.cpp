@@ -36,6 +36,7 @@ private slots:
 
     void maximisesAgain();
     void aFullScreenIsNotMaximised();
+    void takesAWindowsStateForOneThatIsNotStored();
     void readsMaximisedAsAFlag_data();
     void readsMaximisedAsAFlag();
     void keepsNoMaximisedStateWhereSoWished();
@@ -260,6 +261,15 @@ void TestWindowSettings::aFullScreenIsNotMaximised()
     const auto restored = window();
     WindowSettings(s_group).restore(*restored);
     QVERIFY(!restored->isMaximized() && !restored->isFullScreen());
+}
+
+void TestWindowSettings::takesAWindowsStateForOneThatIsNotStored()
+{
+    const auto restored = window();
+    restored->setWindowState(Qt::WindowMaximized);
+    WindowSettings(s_group).restore(*restored);
+    QVERIFY(restored->isVisible());
+    QVERIFY(restored->isMaximized());
 }
 
 void TestWindowSettings::readsMaximisedAsAFlag_data()
