@@ -196,6 +196,13 @@ class Desktop:
         text = self.read(["xprop", "-id", window, "_NET_FRAME_EXTENTS"])
         return tuple(int(number) for number in re.findall(r"\d+", text.partition("=")[2]))
 
+    def free_size(self):
+        """(width, height) of what the window manager keeps free of panels, from the upper left."""
+        text = self.read(["xprop", "-root", "_NET_WORKAREA"])
+        x, y, width, height = (int(number) for number in re.findall(r"\d+", text)[:4])
+        expect_equal((x, y), (0, 0), "corner of the free area")
+        return width, height
+
     def is_maximised(self, window):
         return "_NET_WM_STATE_MAXIMIZED_VERT" in self.read(
             ["xprop", "-id", window, "_NET_WM_STATE"])
