@@ -37,6 +37,7 @@ private slots:
     void refreshIsSeenByTheNextDialog();
     void refreshWithoutInstrumentsEmptiesTheList();
     void refreshLocksTheDialogMeanwhile();
+    void refreshShowsAnEmptyListMeanwhile();
 
     void startsWithNothingSelected();
     void selects();
@@ -429,6 +430,48 @@ void TestResourceDialog::refreshLocksTheDialogMeanwhile()
                             "wait cursor (0 calls); emptied (0 calls); filled (8 calls); "
                             "arrow cursor (8 calls); buttonBox on (8 calls); "
                             "refreshButton on (8 calls)"));
+}
+
+namespace {
+
+/// Notes whether a list was painted without items before the library was asked.
+class EmptyListWatch : public QObject
+{
+public:
+    EmptyListWatch(const QListWidget& list, const support::BenchFixture& bench)
+        : m_list(list),
+          m_bench(bench)
+    {
+        list.viewport()->installEventFilter(this);
+    }
+
+    bool wasPainted() const { return m_wasPainted; }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && m_list.count() == 0 && m_bench.calls().empty()) {
+            m_wasPainted = true;
+        }
+        return false;
+    }
+
+private:
+    const QListWidget& m_list;
+    const support::BenchFixture& m_bench;
+    bool m_wasPainted = false;
+};
+
+} // namespace
+
+void TestResourceDialog::refreshShowsAnEmptyListMeanwhile()
+{
+    ResourceDialogCase find;
+    find.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&find.dialog()));
+    const EmptyListWatch watch(find.list(), bench());
+    find.clickRefresh();
+    QVERIFY(watch.wasPainted());
+    QCOMPARE(find.listed(), QStringLiteral("a b c"));
 }
 
 int main(int argc, char* argv[])
