@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: MIT
 // The scan that the main window starts.
 #include "gui/ResourceDialog.h"
+#include "tests/gui/BlockedThread.h"
 #include "tests/gui/GuiTestMain.h"
 #include "tests/gui/MainWindowCase.h"
+#include "tests/gui/NamedCalls.h"
 #include "tests/support/Files.h"
 #include "tests/support/QtWarnings.h"
 
 #include <QListWidget>
-#include <QRegularExpression>
 
 #include <atomic>
 #include <filesystem>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <thread>
-
-#include <unistd.h>
 
 class TestMainWindowScan : public QObject
 {
@@ -37,8 +35,6 @@ private slots:
     void eachWindowScansAnew();
 
 private:
-    /// The library's calls, with the numbers of its session and list, which never come twice,
-    /// written as S and L.
     QStringList calls();
     QStringList foundResources() const;
 
@@ -50,20 +46,6 @@ private:
 namespace {
 
 const std::string s_waiting = "resource GPIB0::1::INSTR\nwait-for-file go\n";
-
-/// Whether the process's first thread, the one that the windows live in, sleeps in the system.
-bool guiThreadSleeps()
-{
-#ifdef __linux__
-    const std::string process = std::to_string(::getpid());
-    std::ifstream file("/proc/self/task/" + process + "/stat");
-    std::string line;
-    std::getline(file, line);
-    return line.compare(line.rfind(')') + 1, 2, " S") == 0;
-#else
-    return true;
-#endif
-}
 
 } // namespace
 
@@ -86,23 +68,7 @@ void TestMainWindowScan::cleanup()
 
 QStringList TestMainWindowScan::calls()
 {
-    static const QRegularExpression sessions(QStringLiteral("session=(\\d+)"));
-    static const QRegularExpression lists(QStringLiteral("list=(\\d+)"));
-    QStringList lines;
-    for (const std::string& line : m_case->bench().calls()) {
-        lines.append(QString::fromStdString(line));
-    }
-    const QString log = lines.join(QLatin1Char('\n'));
-    const QString session = sessions.match(log).captured(1);
-    const QString list = lists.match(log).captured(1);
-    lines.replaceInStrings(
-        QRegularExpression(QStringLiteral("(?<=\\(|session=)%1\\b").arg(session)),
-        QStringLiteral("S"));
-    if (!list.isEmpty()) {
-        lines.replaceInStrings(QRegularExpression(QStringLiteral("(?<=\\(|list=)%1\\b").arg(list)),
-                               QStringLiteral("L"));
-    }
-    return lines;
+    return guitest::namedCalls(m_case->bench());
 }
 
 QStringList TestMainWindowScan::foundResources() const
@@ -123,14 +89,14 @@ void TestMainWindowScan::makesTheseCallsOnce()
     m_case->click("actionClose");
     m_case->destroy();
     const QStringList expected{
-        QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=S"),
-        QStringLiteral("viSetAttribute(S, 0x0E5A0002, 7) -> VI_SUCCESS"),
-        QStringLiteral("viSetAttribute(S, 0x0E5A0001, 1000) -> VI_SUCCESS"),
-        QStringLiteral("viFindRsrc(S, \"?*\") -> VI_SUCCESS, list=L, count=2, "
+        QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=RM"),
+        QStringLiteral("viSetAttribute(RM, 0x0E5A0002, 7) -> VI_SUCCESS"),
+        QStringLiteral("viSetAttribute(RM, 0x0E5A0001, 1000) -> VI_SUCCESS"),
+        QStringLiteral("viFindRsrc(RM, \"?*\") -> VI_SUCCESS, list=LIST, count=2, "
                        "description=\"USB0::1::2::3::INSTR\""),
-        QStringLiteral("viFindNext(L) -> VI_SUCCESS, description=\"ASRL1::INSTR\""),
-        QStringLiteral("viClose(L) -> VI_SUCCESS"),
-        QStringLiteral("viClose(S) -> VI_SUCCESS"),
+        QStringLiteral("viFindNext(LIST) -> VI_SUCCESS, description=\"ASRL1::INSTR\""),
+        QStringLiteral("viClose(LIST) -> VI_SUCCESS"),
+        QStringLiteral("viClose(RM) -> VI_SUCCESS"),
     };
     QCOMPARE(calls(), expected);
     QCOMPARE(foundResources(),
@@ -168,8 +134,9 @@ void TestMainWindowScan::destructionWaitsForTheScan()
     std::atomic<bool> isDestroyed{false};
     std::atomic<bool> endedTheWait{false};
     std::atomic<bool> hadSaved{false};
+    const guitest::BlockedThread guiThread;
     std::thread ender([&] {
-        while (!guiThreadSleeps() && !isDestroyed) {
+        while (!guiThread.isBlocked() && !isDestroyed) {
             std::this_thread::yield();
         }
         hadSaved = isSaved();
@@ -181,7 +148,7 @@ void TestMainWindowScan::destructionWaitsForTheScan()
     const bool waited = endedTheWait;
     ender.join();
     QVERIFY(waited);
-    QCOMPARE(calls().last(), QStringLiteral("viClose(S) -> VI_SUCCESS"));
+    QCOMPARE(calls().last(), QStringLiteral("viClose(RM) -> VI_SUCCESS"));
     QCOMPARE(calls().size(), 6);
     // Size and position are saved once the scan has ended.
     QVERIFY(!hadSaved);

@@ -1,37 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tests/gui/GuiTestMain.h"
+#include "tests/gui/NamedCalls.h"
 #include "tests/gui/PropertyDialogCase.h"
 #include "tests/gui/RecordTexts.h"
 #include "tests/support/QtWarnings.h"
 #include "visa/VisaLibrary.h"
 
-#include <QRegularExpression>
-
+using guitest::namedCalls;
 using guitest::PropertyDialogCase;
 
 namespace {
-
-/// The library's log with names for the numbers of session and find list, which never come twice
-/// in a process.
-QStringList namedCalls(const support::BenchFixture& bench)
-{
-    QStringList calls;
-    for (const std::string& call : bench.calls()) {
-        calls.append(QString::fromStdString(call));
-    }
-    const QString log = calls.join(QLatin1Char('\n'));
-    for (const auto& [result, name] : {std::pair("session", "RM"), std::pair("list", "LIST")}) {
-        const QString key = QString::fromLatin1(result) + QLatin1Char('=');
-        const QString number =
-            QRegularExpression(key + QStringLiteral("([0-9]+)")).match(log).captured(1);
-        if (!number.isEmpty()) {
-            calls.replaceInStrings(
-                QRegularExpression(QStringLiteral("(\\(|%1)%2\\b").arg(key, number)),
-                QStringLiteral("\\1") + QString::fromLatin1(name));
-        }
-    }
-    return calls;
-}
 
 QStringList items(const QComboBox& combo)
 {

@@ -2,6 +2,7 @@
 // What a scan asks of the VISA library, and what it makes of good and bad answers.
 #include "gui/ResourceDialog.h"
 #include "tests/gui/GuiTestMain.h"
+#include "tests/gui/NamedCalls.h"
 #include "tests/support/BenchFixture.h"
 #include "tests/support/Children.h"
 #include "tests/support/QtWarnings.h"
@@ -12,6 +13,8 @@
 #include <QRegularExpression>
 
 #include <optional>
+
+using guitest::namedCalls;
 
 namespace {
 
@@ -25,29 +28,6 @@ QStringList listed()
         texts.append(list.item(row)->text());
     }
     return texts;
-}
-
-/// The library's log, with RM for the session's number and LIST for the find list's: no number
-/// comes twice in a process.
-QStringList namedCalls(const support::BenchFixture& bench)
-{
-    QString all;
-    for (const std::string& call : bench.calls()) {
-        all += QString::fromStdString(call) + QLatin1Char('\n');
-    }
-    const auto name = [&all](const char* output, const char* word) {
-        const QRegularExpression pattern(QString::fromLatin1(output) + QStringLiteral("=(\\d+)"));
-        const QString number = pattern.match(all).captured(1);
-        if (!number.isEmpty()) {
-            all.replace(
-                QRegularExpression(
-                    QStringLiteral("(\\(|%1=)%2\\b").arg(QString::fromLatin1(output), number)),
-                QStringLiteral("\\1") + QString::fromLatin1(word));
-        }
-    };
-    name("session", "RM");
-    name("list", "LIST");
-    return all.split(QLatin1Char('\n')).mid(0, all.count(QLatin1Char('\n')));
 }
 
 /// The most address space that the process had so far, in bytes; 0 where that is not told.
