@@ -99,6 +99,7 @@ private slots:
     void tabulatorFollowsTheEye();
     void hasRoomForEverything_data();
     void hasRoomForEverything();
+    void showsALongResourceWhole();
     void hiddenPartsLeaveNoHoles_data() { eachInterface(); }
     void hiddenPartsLeaveNoHoles();
 
@@ -330,6 +331,17 @@ void TestRsrcStringEditorForm::hasRoomForEverything()
                      qPrintable(nameOf(*part) + QLatin1Char(' ') + nameOf(*other)));
         }
     }
+}
+
+void TestRsrcStringEditorForm::showsALongResourceWhole()
+{
+    const guitest::FontSize fontSize(13);
+    ComposerCase composer;
+    const QString resource = QStringLiteral("TCPIP0::scope3.laboratory.lan::hislip0,4881::INSTR");
+    composer.editor().setRsrcString(resource);
+    QCoreApplication::processEvents();
+    const QLineEdit& edit = composer.edit("RsrcEdit");
+    QVERIFY(edit.fontMetrics().horizontalAdvance(resource) < edit.width());
 }
 
 /// What is shown follows closely, whatever is hidden between.
