@@ -37,10 +37,11 @@ class Program:
     configuration file that QVVISACONFFILE names, or None to leave the file as it is. bench: what
     the stand-in reports. file, settings: where those are kept when not in the desktop's own
     folder. With neither file nor content there is no configuration file, and the variable is not
-    set. around: a command that starts the program, given behind it."""
+    set. around: a command that starts the program, given behind it. environment: variables that
+    the program gets besides."""
 
     def __init__(self, desktop, executable, libraries="", content=None, bench="", file=None,
-                 settings=None, around=()):
+                 settings=None, around=(), environment=None):
         self.desktop = desktop
         self._executable = pathlib.Path(executable)
         self._around = list(around)
@@ -62,6 +63,7 @@ class Program:
         self._environment.update(QVVISA_BENCH=str(self.bench_file), QVVISA_BENCH_LOG=str(self._calls))
         if libraries:
             self._environment["LD_LIBRARY_PATH"] = libraries
+        self._environment.update(environment or {})
         self._process = None
         self.main = None
 
