@@ -23,6 +23,23 @@ def without_a_file_nothing_is_written(desktop):
     expect_equal(user.files(), [], "files written")
 
 
+def a_file_made_later_takes_the_next_save(desktop):
+    user = program.from_environment(desktop)
+    user.start()
+    user.press("add")
+    user.compose(5, "BALANCE", {1: "3"})
+    user.save()
+    expect_equal(user.files(), [], "files written")
+    file = user.home / ".quorvane/visa.conf"
+    file.parent.mkdir()
+    file.write_bytes(b":QvVisaConfigurationFileVersion01\n")
+    user.edit_cell(0, "alias", "SCALES")
+    user.save()
+    expect_equal(file.read_bytes(), HEADER + b"SCALES=ASRL3::INSTR\n", str(file))
+    user.close()
+    user.wait_ended()
+
+
 def edit_and_save(user):
     user.start()
     user.edit_cell(0, "alias", "B")
@@ -63,5 +80,5 @@ def named_by_the_environment_before_all(desktop):
     expect_equal(in_working_folder.read_bytes(), HEADER, str(in_working_folder))
 
 
-scenario.run(without_a_file_nothing_is_written, in_the_home_folder, in_the_working_folder_first,
-             named_by_the_environment_before_all)
+scenario.run(without_a_file_nothing_is_written, a_file_made_later_takes_the_next_save,
+             in_the_home_folder, in_the_working_folder_first, named_by_the_environment_before_all)
