@@ -20,6 +20,20 @@ const T* lastFor(const std::vector<Bench::SearchSetting<T>>& settings, std::stri
     return nullptr;
 }
 
+/// The last setting that is for this call; null for none.
+template <typename T>
+const T* lastFor(const std::vector<T>& settings, Call call, std::uint32_t nth,
+                 std::string_view expression)
+{
+    for (auto setting = settings.rbegin(); setting != settings.rend(); ++setting) {
+        if (setting->call == call && (setting->at == 0 || setting->at == nth) &&
+            (setting->expression.empty() || setting->expression == expression)) {
+            return &*setting;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 void Bench::addResource(BenchResource resource)
@@ -35,11 +49,6 @@ void Bench::addResource(BenchResource resource)
 void Bench::addScanTime(SearchSetting<std::chrono::milliseconds> time)
 {
     m_scanTimes.push_back(std::move(time));
-}
-
-void Bench::addWaitForFile(SearchSetting<std::string> path)
-{
-    m_waits.push_back(std::move(path));
 }
 
 std::string Bench::description(const Hit& hit) const
@@ -75,13 +84,8 @@ const BenchResource* Bench::find(std::string_view name) const
 std::optional<ViStatus> Bench::status(Call call, std::uint32_t nth,
                                       std::string_view expression) const
 {
-    for (auto rule = m_statuses.rbegin(); rule != m_statuses.rend(); ++rule) {
-        if (rule->call == call && (rule->at == 0 || rule->at == nth) &&
-            (rule->expression.empty() || rule->expression == expression)) {
-            return rule->status;
-        }
-    }
-    return std::nullopt;
+    const CallStatus* const rule = lastFor(m_statuses, call, nth, expression);
+    return rule != nullptr ? std::optional(rule->status) : std::nullopt;
 }
 
 std::optional<ViUInt32> Bench::count(std::string_view expression) const
@@ -96,10 +100,10 @@ std::chrono::milliseconds Bench::scanTime(std::string_view expression) const
     return value != nullptr ? *value : std::chrono::milliseconds(0);
 }
 
-std::string Bench::waitForFile(std::string_view expression) const
+std::string Bench::waitForFile(Call call, std::uint32_t nth, std::string_view expression) const
 {
-    const std::string* const value = lastFor(m_waits, expression);
-    return value != nullptr ? *value : std::string();
+    const FileWait* const wait = lastFor(m_waits, call, nth, expression);
+    return wait != nullptr ? wait->path : std::string();
 }
 
 } // namespace simulator

@@ -39,6 +39,16 @@ public:
         std::string expression;
     };
 
+    /// What keeps a call from coming back; call, at and expression as in CallStatus.
+    struct FileWait
+    {
+        /// The call comes back once a file of that name exists.
+        std::string path;
+        Call call = Call::FindRsrc;
+        std::uint32_t at = 0;
+        std::string expression = {};
+    };
+
     /// A setting of the search, for exactly this expression or, where it is empty, for each.
     template <typename T>
     struct SearchSetting
@@ -51,7 +61,7 @@ public:
     void addStatus(CallStatus status) { m_statuses.push_back(std::move(status)); }
     void addCount(SearchSetting<ViUInt32> count) { m_counts.push_back(std::move(count)); }
     void addScanTime(SearchSetting<std::chrono::milliseconds> time);
-    void addWaitForFile(SearchSetting<std::string> path);
+    void addWaitForFile(FileWait wait) { m_waits.push_back(std::move(wait)); }
 
     const std::vector<BenchResource>& resources() const { return m_resources; }
 
@@ -74,8 +84,8 @@ public:
     /// How long a search takes.
     std::chrono::milliseconds scanTime(std::string_view expression) const;
 
-    /// The file without which a search does not come back, empty for none.
-    std::string waitForFile(std::string_view expression) const;
+    /// The file without which the nth call (from 1) does not come back, empty for none.
+    std::string waitForFile(Call call, std::uint32_t nth, std::string_view expression = {}) const;
 
 private:
     std::vector<BenchResource> m_resources;
@@ -85,7 +95,7 @@ private:
     std::vector<CallStatus> m_statuses;
     std::vector<SearchSetting<ViUInt32>> m_counts;
     std::vector<SearchSetting<std::chrono::milliseconds>> m_scanTimes;
-    std::vector<SearchSetting<std::string>> m_waits;
+    std::vector<FileWait> m_waits;
 };
 
 } // namespace simulator

@@ -96,6 +96,29 @@ void checkLength(const std::string& setting, const BenchResource& resource)
     }
 }
 
+Call knownCall(const std::string& setting, const std::string& text)
+{
+    const std::optional<Call> call = callFromText(text);
+    if (!call) {
+        fail(setting, "there is no call " + quoted(text));
+    }
+    return *call;
+}
+
+/// The at=N and for=EXPRESSION that say which of its calls a setting means.
+template <typename CallSetting>
+void readWhichCall(const Words& words, const Word& word, CallSetting& setting)
+{
+    // The bench is read anew at each viOpenDefaultRM, which so is always the first.
+    if (isOption(word, "at") && setting.call != Call::OpenDefaultRM) {
+        setting.at = number(words.front().text + ": at", word.value, 1, 0xFFFFFFFF);
+    } else if (isOption(word, "for") && setting.call == Call::FindRsrc) {
+        setting.expression = word.value;
+    } else {
+        failUnknown(words, word);
+    }
+}
+
 std::string folderOf(const std::string& path)
 {
     const std::size_t slash = path.rfind('/');
@@ -198,27 +221,15 @@ void BenchFile::readResource(const Words& words)
 void BenchFile::readStatus(const Words& words)
 {
     const std::string& setting = words.front().text;
-    const std::string& callText = required(words, 1, "the call");
-    const std::optional<Call> call = callFromText(callText);
-    if (!call) {
-        fail(setting, "there is no call " + quoted(callText));
-    }
+    const Call call = knownCall(setting, required(words, 1, "the call"));
     const std::string& statusText = required(words, 2, "the status");
     const std::optional<ViStatus> status = statusFromText(statusText);
     if (!status) {
         fail(setting, quoted(statusText) + " is neither the name of a status nor a number");
     }
-    Bench::CallStatus rule{*call, *status, 0, {}};
+    Bench::CallStatus rule{call, *status, 0, {}};
     for (std::size_t i = 3; i < words.size(); ++i) {
-        const Word& word = words[i];
-        // The bench is read anew at each viOpenDefaultRM, which so is always the first.
-        if (isOption(word, "at") && *call != Call::OpenDefaultRM) {
-            rule.at = number("status: at", word.value, 1, 0xFFFFFFFF);
-        } else if (isOption(word, "for") && *call == Call::FindRsrc) {
-            rule.expression = word.value;
-        } else {
-            failUnknown(words, word);
-        }
+        readWhichCall(words, words[i], rule);
     }
     m_bench.addStatus(std::move(rule));
 }
@@ -242,8 +253,16 @@ void BenchFile::readWaitForFile(const Words& words)
     if (path.empty()) {
         fail(words.front().text, "the path is empty");
     }
-    m_bench.addWaitForFile(
-        {path.front() == '/' ? path : m_folder + path, expressionOption(words, 2)});
+    Bench::FileWait wait{path.front() == '/' ? path : m_folder + path};
+    std::size_t option = 2;
+    if (words.size() > option && isOption(words[option], "call")) {
+        wait.call = knownCall(words.front().text, words[option].value);
+        ++option;
+    }
+    for (; option < words.size(); ++option) {
+        readWhichCall(words, words[option], wait);
+    }
+    m_bench.addWaitForFile(std::move(wait));
 }
 
 } // namespace simulator

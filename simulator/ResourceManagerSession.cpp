@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/ResourceManagerSession.h"
 
+#include "simulator/Hold.h"
 #include "simulator/InstrumentAttributes.h"
 #include "simulator/VisaAttributes.h"
 
@@ -23,6 +24,7 @@ ResourceManagerSession::ResourceManagerSession(Bench bench) : m_bench(std::move(
 std::optional<ViStatus> ResourceManagerSession::countCall(Call call, std::string_view expression)
 {
     const std::uint32_t nth = ++m_counts[static_cast<std::size_t>(call)];
+    hold(m_bench, call, nth, expression);
     return m_bench.status(call, nth, expression);
 }
 

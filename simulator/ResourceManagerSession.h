@@ -20,8 +20,8 @@ public:
     const Bench& bench() const { return m_bench; }
     AttributeTable& attributes() { return m_attributes; }
 
-    /// Counts one call and answers the status that the bench has for it. viFindNext is counted by
-    /// its find list.
+    /// Counts one call, holds it up for as long as the bench wants, and answers the status that
+    /// the bench has for it. viFindNext is counted by its find list.
     std::optional<ViStatus> countCall(Call call, std::string_view expression = {});
 
 private:

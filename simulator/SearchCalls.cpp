@@ -5,18 +5,15 @@
 #include "simulator/CallFrame.h"
 #include "simulator/ClientBuffer.h"
 #include "simulator/FindList.h"
+#include "simulator/Hold.h"
 #include "simulator/ResourceLookup.h"
 #include "simulator/ResourceManagerSession.h"
 #include "simulator/SearchExpression.h"
 #include "simulator/VisaClientApi.h"
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
 #include <string>
-#include <thread>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -27,17 +24,6 @@ using simulator::FindList;
 using simulator::finishCall;
 using simulator::handles;
 using simulator::ResourceManagerSession;
-
-/// The slow part of a search, as the bench wants it.
-void hold(const Bench& bench, std::string_view expression)
-{
-    std::this_thread::sleep_for(bench.scanTime(expression));
-    const std::string path = bench.waitForFile(expression);
-    struct stat found;
-    while (!path.empty() && ::stat(path.c_str(), &found) != 0) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-}
 
 /// Hands out a match and answers its text without end.
 std::string deliver(const Bench& bench, const Bench::Hit& hit, ViChar* description)
@@ -90,7 +76,6 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
     const Bench& bench = manager->bench();
     const ViStatus planned =
         manager->countCall(Call::FindRsrc, expressionText).value_or(VI_SUCCESS);
-    hold(bench, expressionText);
     if (planned < 0) {
         return planned;
     }
@@ -170,6 +155,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
         }
         const Bench& bench = list->manager().bench();
         const FindList::Step step = list->advance();
+        simulator::hold(bench, Call::FindNext, step.number);
         const ViStatus planned = bench.status(Call::FindNext, step.number).value_or(VI_SUCCESS);
         if (planned < 0) {
             return planned;

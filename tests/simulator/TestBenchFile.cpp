@@ -202,13 +202,29 @@ TEST(BenchFile, ReadsTheSettingsOfTheSearch)
     EXPECT_EQ(bench.count("?*"), 4294967295U);
     EXPECT_EQ(bench.count("a b"), 0U);
     EXPECT_EQ(bench.scanTime("?*"), std::chrono::hours(1));
-    EXPECT_EQ(bench.waitForFile("ASRL?*"), "/tmp/there");
-    EXPECT_EQ(bench.waitForFile("?*"), "/bench/sub folder/go=1");
+    EXPECT_EQ(bench.waitForFile(Call::FindRsrc, 1, "ASRL?*"), "/tmp/there");
+    EXPECT_EQ(bench.waitForFile(Call::FindRsrc, 1, "?*"), "/bench/sub folder/go=1");
+    EXPECT_EQ(bench.waitForFile(Call::FindNext, 1), "");
 
     const Bench nothing = benchOf("");
     EXPECT_FALSE(nothing.count("?*"));
     EXPECT_EQ(nothing.scanTime("?*"), std::chrono::milliseconds(0));
-    EXPECT_EQ(nothing.waitForFile("?*"), "");
+    EXPECT_EQ(nothing.waitForFile(Call::FindRsrc, 1, "?*"), "");
+}
+
+TEST(BenchFile, ReadsWhichCallsWaitForAFile)
+{
+    const Bench bench = benchOf("wait-for-file a call=viFindNext\n"
+                                "wait-for-file b call=viFindNext at=2\n"
+                                "wait-for-file c call=viFindRsrc at=2 for=?*\n"
+                                "wait-for-file d call=viOpenDefaultRM\n");
+    EXPECT_EQ(bench.waitForFile(Call::FindNext, 1), "/bench/a");
+    EXPECT_EQ(bench.waitForFile(Call::FindNext, 2), "/bench/b");
+    EXPECT_EQ(bench.waitForFile(Call::FindRsrc, 2, "?*"), "/bench/c");
+    EXPECT_EQ(bench.waitForFile(Call::FindRsrc, 1, "?*"), "");
+    EXPECT_EQ(bench.waitForFile(Call::FindRsrc, 2, "ASRL?*"), "");
+    EXPECT_EQ(bench.waitForFile(Call::OpenDefaultRM, 1), "/bench/d");
+    EXPECT_EQ(bench.waitForFile(Call::Close, 1), "");
 }
 
 TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
@@ -282,6 +298,13 @@ TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
         {"wait-for-file", "wait-for-file: the path is missing"},
         {"wait-for-file \"\"", "wait-for-file: the path is empty"},
         {"wait-for-file a b", "wait-for-file: unknown option \"b\""},
+        {"wait-for-file a call=viLock", "wait-for-file: there is no call \"viLock\""},
+        {"wait-for-file a call=viClose for=?*", "wait-for-file: unknown option \"for=?*\""},
+        {"wait-for-file a call=viOpenDefaultRM at=1", "wait-for-file: unknown option \"at=1\""},
+        {"wait-for-file a call=viFindNext at=0",
+         "wait-for-file: at: \"0\" is not a number from 1 to 4294967295"},
+        {"wait-for-file a at=1 call=viFindNext", "wait-for-file: unknown option "
+                                                 "\"call=viFindNext\""},
     };
     for (const Case& test : cases) {
         const BenchFile file =
@@ -303,7 +326,7 @@ TEST(BenchFile, ABadLineChangesNothingElse)
     EXPECT_FALSE(file.bench().status(Call::Close, 1));
     EXPECT_FALSE(file.bench().count("?*"));
     EXPECT_EQ(file.bench().scanTime("?*").count(), 0);
-    EXPECT_EQ(file.bench().waitForFile("?*"), "");
+    EXPECT_EQ(file.bench().waitForFile(Call::FindRsrc, 1, "?*"), "");
 }
 
 TEST(BenchFile, TakesAnyBytes)
@@ -336,7 +359,7 @@ TEST(BenchFile, ReadsAFileAndTakesPathsFromItsFolder)
     const BenchFile file = BenchFile::read(path);
     EXPECT_TRUE(file.messages().empty());
     EXPECT_EQ(descriptions(file.bench()), Texts{"a"});
-    EXPECT_EQ(file.bench().waitForFile("?*"), (folder.path() / "go").string());
+    EXPECT_EQ(file.bench().waitForFile(Call::FindRsrc, 1, "?*"), (folder.path() / "go").string());
 }
 
 TEST(BenchFile, AFileThatCannotBeReadIsAnEmptyBenchWithAMessage)

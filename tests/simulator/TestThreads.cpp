@@ -151,6 +151,32 @@ TEST_F(ThreadsTest, ASearchWaitsForItsFileAndHoldsUpNobodyElse)
     EXPECT_EQ(waiting.get(), std::vector<std::string>{"ASRL1::INSTR"});
 }
 
+TEST_F(ThreadsTest, AnyCallMayWaitForItsFile)
+{
+    bench.write("resource ASRL{n}::INSTR repeat=3\nwait-for-file go call=viFindNext at=2\n");
+    const ViSession session = openManager();
+    std::future<std::vector<std::string>> waiting =
+        std::async(std::launch::async, [&] { return list(session, "?*"); });
+    const auto deliveries = [this] {
+        std::size_t count = 0;
+        for (const std::string& line : bench.calls()) {
+            count += line.find("description=") != std::string::npos ? 1U : 0U;
+        }
+        return count;
+    };
+    while (deliveries() < 2) {
+        std::this_thread::yield();
+    }
+    // Enough of other work for a call that does not wait to have returned.
+    for (int i = 0; i < 200; ++i) {
+        EXPECT_EQ(statusName(visa.setAttribute(session, QV_ATTR_SEARCH_TIME, 1)), "VI_SUCCESS");
+    }
+    EXPECT_EQ(deliveries(), 2U);
+    support::writeFile(bench.pathFor("go"), "");
+    EXPECT_EQ(waiting.get(),
+              (std::vector<std::string>{"ASRL1::INSTR", "ASRL2::INSTR", "ASRL3::INSTR"}));
+}
+
 TEST_F(ThreadsTest, ASearchOutlivesItsSession)
 {
     bench.write("resource ASRL1::INSTR\nwait-for-file go\n");
