@@ -12,6 +12,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
+#include <fstream>
 #include <string>
 
 namespace {
@@ -59,6 +60,14 @@ bool isInterruptedNow(Kind kind)
     return true;
 }
 
+/// Cuts the file to nothing and writes the other one's bytes, as many editors save.
+void rewrite(const char* from, const char* to)
+{
+    s_isArmed = false;
+    std::ofstream(to, std::ios::binary) << std::ifstream(from, std::ios::binary).rdbuf();
+    s_isArmed = true;
+}
+
 /// Counts the call and decides; sets errno when it fails.
 Fate decide(const char* name, Kind kind)
 {
@@ -99,6 +108,11 @@ Fate decide(const char* name, Kind kind)
     case FaultPlan::Replace:
         if (isIt) {
             next<decltype(::rename)>("rename")(s_plan.replacement, s_plan.target);
+        }
+        break;
+    case FaultPlan::Rewrite:
+        if (isIt) {
+            rewrite(s_plan.replacement, s_plan.target);
         }
         break;
     }

@@ -13,13 +13,14 @@ struct FaultPlan
         Shorten,     ///< Every write and read moves half of its bytes.
         Kill,        ///< The process is killed before the call.
         KillAmidst,  ///< A write or read moves half of its bytes, then the process is killed.
-        Replace      ///< Before the call one file takes another's name.
+        Replace,     ///< Before the call one file takes another's name.
+        Rewrite      ///< Before the call one file's bytes are written over another's, in place.
     };
 
     Action action = Count;
     int call = 0;
     int error = 0;
-    const char* replacement = ""; ///< Takes the name target.
+    const char* replacement = ""; ///< Takes the name, or gives the bytes, of target.
     const char* target = "";
 };
 

@@ -10,7 +10,9 @@
 
 #include <cerrno>
 #include <functional>
+#include <iostream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -121,6 +123,31 @@ TEST_F(StoreFaults, NoticeAFileThatIsReplacedDuringTheLook)
         [](const std::string& answer) {
             EXPECT_TRUE(answer == "FIRST CHANGED LAST" || answer == "FIRST LAST LAST") << answer;
         });
+}
+
+TEST_F(StoreFaults, ReadTheWholeNextTimeWhenTheFileIsRewrittenInPlaceDuringTheLook)
+{
+    const std::string name = replacement();
+    const std::string target = path();
+    // Shorter and longer than what it takes the place of, which is more than one read in the end.
+    for (const auto& [count, lastCount] : {std::pair(s_few, 4), std::pair(s_few, s_many),
+                                           std::pair(s_many, 4), std::pair(s_many, s_many)}) {
+        int mixed = 0;
+        lookWithFaultAtEachCall(
+            {FaultPlan::Rewrite, 0, 0, name.c_str(), target.c_str()}, count,
+            [&, lines = lastCount] {
+                write(replacement(), m_configuration.header() + textOf("LAST", lines),
+                      1'200'000'000);
+            },
+            [&mixed](const std::string& answer) {
+                // What is read meanwhile may be of both, and then does not last.
+                mixed += answer == "FIRST mixed LAST" ? 1 : 0;
+                EXPECT_TRUE(answer == "FIRST CHANGED LAST" || answer == "FIRST LAST LAST" ||
+                            answer == "FIRST mixed LAST")
+                    << answer;
+            });
+        std::cout << mixed << " looks read of both\n";
+    }
 }
 
 TEST_F(StoreFaults, TakeNothingFromAFileThatLosesItsHeaderDuringTheLook)
