@@ -77,7 +77,7 @@ class Program:
 
     def wait_scanned(self):
         """Waits until the search of the start-up is over, as the stand-in library logs it."""
-        wait_for(lambda: "viClose(1) -> VI_SUCCESS\n" in self._calls.read_text(),
+        wait_for(lambda: "viClose(1) -> VI_SUCCESS\n" in self.calls(),
                  "the search for instruments to end")
 
     def wait_searching(self):
@@ -93,6 +93,15 @@ class Program:
                  if not line.startswith("qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)")]
         expect_equal((self._process.returncode, words), (0, []),
                      "exit code and output of the program")
+
+    def calls(self):
+        """The calls to the stand-in library since the start, as it logs them."""
+        return self._calls.read_text()
+
+    def end_by(self, number):
+        """Sends the program a signal, which must be what ends it."""
+        self._process.send_signal(number)
+        expect_equal(self._process.wait(60), -number, "what ended the program")
 
     def is_running(self):
         return self._process.poll() is None
