@@ -52,10 +52,13 @@ ResourceDialog::~ResourceDialog() = default;
 void ResourceDialog::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    {
+    // Copied here, so that no scan waits for the list to fill, and that the thread sanitizer, which
+    // does not see into Qt, sees the cache being read.
+    const QStringList resources = [] {
         const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
-        m_ui->rsrcList->addItems(s_resources);
-    }
+        return s_resources;
+    }();
+    m_ui->rsrcList->addItems(resources);
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Select"));
 }
 

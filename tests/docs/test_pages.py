@@ -152,6 +152,8 @@ COMMANDS = {
         "ctest --preset release -N": selects_tests,
         "ctest --preset release -R test_main_window": selects_tests,
         "ctest --preset release -L endtoend -j2": selects_tests,
+        "ninja -C build/tsan thread_tests && ctest --preset tsan -L threads":
+            by_check("stage tsan-build threads_build"),
         "QVVISA_PROGRAM=$PWD/build/release/QvVisaConfigure "
         "QVVISA_SIMULATOR=$PWD/build/release/simulator QVVISA_RESULTS=/tmp "
         "tests/endtoend/test_editing.py": run,
