@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <mutex>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,6 +12,9 @@ namespace stub {
 
 namespace {
 
+/// Guards what follows against calls from several threads. Whoever looks at the last call looks
+/// when no call runs.
+std::mutex s_mutex;
 Call s_lastCall;
 ViStatus s_status = VI_SUCCESS;
 
@@ -32,6 +36,7 @@ ViStatus s_status = VI_SUCCESS;
 
 ViStatus note(const char* name, std::initializer_list<std::uintptr_t> arguments)
 {
+    const std::lock_guard<std::mutex> lock(s_mutex);
     s_lastCall.name = name;
     s_lastCall.argumentCount = static_cast<int>(arguments.size());
     std::copy(arguments.begin(), arguments.end(), s_lastCall.arguments);
@@ -41,6 +46,7 @@ ViStatus note(const char* name, std::initializer_list<std::uintptr_t> arguments)
 
 void setStatus(ViStatus status)
 {
+    const std::lock_guard<std::mutex> lock(s_mutex);
     s_status = status;
 }
 
