@@ -23,9 +23,9 @@ def run(*command, **options):
 
 
 def install(folder):
-    """Installs everything as if folder were the root of the system; gives its usr."""
+    """Installs everything as root would, as if folder were the root of the system; gives its usr."""
     run(os.environ["QVVISA_CMAKE"], "--install", BUILD, "--prefix", "/usr", "--strip",
-        env={**os.environ, "DESTDIR": str(folder)})
+        env={**os.environ, "DESTDIR": str(folder)}, umask=0o022)
     return pathlib.Path(folder) / "usr"
 
 
