@@ -27,6 +27,9 @@ FILES = {
     "share/doc/qvvisaconfigure/changelog.gz",
     "share/doc/qvvisaconfigure/copyright",
     "share/doc/qvvisaconfigure/file-format.md",
+    "share/doc/qvvisaconfigure/user-guide.md",
+    *(f"share/doc/qvvisaconfigure/pictures/{picture.name}"
+      for picture in (SOURCES / "docs/pictures").iterdir()),
     "share/doc/qvvisa-simulator/bench-file.md",
     "share/doc/qvvisa-simulator/changelog.Debian.gz",
     "share/doc/qvvisa-simulator/changelog.gz",
@@ -115,6 +118,13 @@ class InstalledFiles(unittest.TestCase):
             self.assertEqual((start[16:20], start[20:24]), (size.to_bytes(4, "big"),) * 2)
         drawing = xml.etree.ElementTree.parse(icons / f"scalable/apps/{name}.svg").getroot()
         self.assertEqual(drawing.tag, "{http://www.w3.org/2000/svg}svg")
+
+    def test_links_of_the_pages_lead_to_installed_files(self):
+        links = [(page, target) for page in self.usr.rglob("*.md")
+                 for target in re.findall(r"\]\(([^)#:]+)[)#]", page.read_text())]
+        self.assertTrue(links)
+        for page, target in links:
+            self.assertTrue((page.parent / target).is_file(), f"{page.name}: {target}")
 
     def test_manual_page_renders(self):
         page = self.usr / "share/man/man1/QvVisaConfigure.1.gz"
