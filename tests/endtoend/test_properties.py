@@ -18,7 +18,7 @@ ASRL1::INSTR
 AFTER = b""":QvVisaConfigurationFileVersion01
 :Provider=4086
 :SerialProperty[DeviceNo=1].Baudrate=9600
-:SerialProperty[DeviceNo=1].DataBits=8
+:SerialProperty[DeviceNo=1].DataBits=5
 :SerialProperty[DeviceNo=1].StopBits=0
 :SerialProperty[DeviceNo=1].Parity=0
 :SerialProperty[DeviceNo=1].FlowControl=0
@@ -32,9 +32,11 @@ ASRL1::INSTR
 SETTINGS_PLACE = (340, 40, 340, 240)  # the group of the port's settings in the dialog
 
 
-def set_port_3(desktop):
-    """From the tab bar: port 3, 115200 baud, RTS/CTS, and back to the tab bar."""
-    desktop.key("Tab", "End")
+def set_ports(desktop):
+    """From the tab bar: port 1, 5 data bits; port 3, 115200 baud, RTS/CTS; and back to the tab
+    bar."""
+    desktop.key("Tab", "Tab", "Tab", "Home")
+    desktop.key("shift+Tab", "shift+Tab", "End")
     desktop.key("Tab", "End", "Up", "Up", "Up")
     desktop.key("Tab", "Tab", "Tab", "Tab", "Home", "Down", "Down")
     desktop.key(*["shift+Tab"] * 6)
@@ -45,7 +47,7 @@ def a_port_and_the_provider(desktop):
     user.start()
     dialog = user.open_properties()
     unset = desktop.picture(dialog, SETTINGS_PLACE)
-    set_port_3(desktop)
+    set_ports(desktop)
     wait_for(lambda: desktop.picture(dialog, SETTINGS_PLACE) != unset, "the settings to change")
     desktop.key("Right", "Tab")
     desktop.retype("4086")

@@ -286,6 +286,8 @@ void TestPropertyDialogForm::buildsTheConflictManager()
     QCOMPARE(table.rowCount(), 0);
     QCOMPARE(int(table.editTriggers()), int(QAbstractItemView::NoEditTriggers));
     QVERIFY(!table.showGrid());
+    // The tabulator leads on to the fields beside it, whatever the table holds.
+    QVERIFY(!table.tabKeyNavigation());
     QCOMPARE(test.combo("comboBoxVisaSelector").count(), 0);
     QVERIFY(!test.widget<QCheckBox>("checkBoxVisaEnabled").isChecked());
     QVERIFY(!test.widget<QCheckBox>("checkBoxPreferred").isChecked());

@@ -15,7 +15,8 @@ using guitest::text;
 namespace {
 
 constexpr const char* s_onePort = "resource ASRL1::INSTR\n";
-const QvVisa::SerialPropertiesMap s_portOne{{1, {300, 7, 2, 1, 6}}};
+/// Port 7 is not on the bench.
+const QvVisa::SerialPropertiesMap s_ports{{1, {300, 7, 2, 1, 6}}, {7, {1200, 5, 1, 2, 1}}};
 const QvVisa::GpibPropertiesMap s_boards{{0, {}}, {3, {7, 8, 0}}};
 
 /// Empties the provider's field and types into it.
@@ -161,7 +162,7 @@ void TestPropertyDialogFrame::refusesWhatIsNoDigit()
 void TestPropertyDialogFrame::okHandsEverythingOver()
 {
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.haveBoards(s_boards);
     test.open();
     editEverything(test);
@@ -169,7 +170,8 @@ void TestPropertyDialogFrame::okHandsEverythingOver()
     QCOMPARE(test.dialog().result(), int(QDialog::Accepted));
     QVERIFY(!test.dialog().isVisible());
     QCOMPARE(int(test.model().getProvider()), 4086);
-    QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=300,7,2,3,6"));
+    QCOMPARE(text(test.model().getSerialProperties()),
+             QStringLiteral("1=300,7,2,3,6 7=1200,5,1,2,1"));
     QCOMPARE(text(test.model().getGpibProperties()),
              QStringLiteral("0=0,65535,1 3=7,8,0 4=0,65535,1"));
     QVERIFY(test.model().isDirty());
@@ -188,7 +190,7 @@ void TestPropertyDialogFrame::okAsksInOrder()
     QFETCH(const bool, editsProvider);
     QFETCH(const QString, atFirstChange);
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.haveBoards({{0, {}}, {1, {}}, {2, {}}});
     test.open();
     // The model speaks up at the first change alone, and then holds what it was given so far.
@@ -206,31 +208,32 @@ void TestPropertyDialogFrame::okAsksInOrder()
     test.dialog().addDevice();
     test.clickOk();
     QCOMPARE(states, QStringList(atFirstChange));
-    QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=600,7,2,1,6"));
+    QCOMPARE(text(test.model().getSerialProperties()),
+             QStringLiteral("1=600,7,2,1,6 7=1200,5,1,2,1"));
 }
 
 void TestPropertyDialogFrame::okWithoutAnEditChangesNothing()
 {
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.haveBoards(s_boards);
     const QSignalSpy dirty(&test.model(), SIGNAL(dirtyHasChanged(bool)));
     test.open();
     test.clickOk();
     QCOMPARE(dirty.count(), 0);
     QVERIFY(!test.model().isDirty());
-    QCOMPARE(text(test.model().getSerialProperties()), text(s_portOne));
+    QCOMPARE(text(test.model().getSerialProperties()), text(s_ports));
     QCOMPARE(text(test.model().getGpibProperties()), text(s_boards));
 }
 
 void TestPropertyDialogFrame::okAddsAnEntryForTheFirstPort()
 {
     PropertyDialogCase test("resource ASRL2::INSTR\nresource ASRL1::INSTR\n");
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.open();
     test.clickOk();
     QCOMPARE(text(test.model().getSerialProperties()),
-             QStringLiteral("1=300,7,2,1,6 2=9600,8,0,0,0"));
+             QStringLiteral("1=300,7,2,1,6 2=9600,8,0,0,0 7=1200,5,1,2,1"));
     QVERIFY(test.model().isDirty());
 }
 
@@ -257,7 +260,7 @@ void TestPropertyDialogFrame::leavingKeepsTheModel()
 {
     QFETCH(const QByteArray, way);
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.haveBoards(s_boards);
     test.open();
     editEverything(test);
@@ -274,7 +277,7 @@ void TestPropertyDialogFrame::leavingKeepsTheModel()
     }
     test.destroy();
     QCOMPARE(int(test.model().getProvider()), 3674);
-    QCOMPARE(text(test.model().getSerialProperties()), text(s_portOne));
+    QCOMPARE(text(test.model().getSerialProperties()), text(s_ports));
     QCOMPARE(text(test.model().getGpibProperties()), text(s_boards));
     QVERIFY(!test.model().isDirty());
 }
@@ -282,12 +285,12 @@ void TestPropertyDialogFrame::leavingKeepsTheModel()
 void TestPropertyDialogFrame::worksOnCopies()
 {
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.open();
     test.havePorts({{9, {}}});
     test.haveProvider(1);
     test.clickOk();
-    QCOMPARE(text(test.model().getSerialProperties()), text(s_portOne));
+    QCOMPARE(text(test.model().getSerialProperties()), text(s_ports));
     QCOMPARE(int(test.model().getProvider()), 3674);
 }
 
@@ -361,7 +364,7 @@ void TestPropertyDialogFrame::declaresItsSlotsInOrder()
 void TestPropertyDialogFrame::inertSlotsDoNothing()
 {
     PropertyDialogCase test(s_onePort);
-    test.havePorts(s_portOne);
+    test.havePorts(s_ports);
     test.haveBoards(s_boards);
     test.open();
     test.bench().clearCalls();
@@ -375,7 +378,7 @@ void TestPropertyDialogFrame::inertSlotsDoNothing()
     QVERIFY(test.dialog().isVisible());
     test.clickOk();
     QVERIFY(!test.model().isDirty());
-    QCOMPARE(text(test.model().getSerialProperties()), text(s_portOne));
+    QCOMPARE(text(test.model().getSerialProperties()), text(s_ports));
     QCOMPARE(text(test.model().getGpibProperties()), text(s_boards));
 }
 

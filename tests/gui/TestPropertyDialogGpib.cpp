@@ -50,6 +50,7 @@ private slots:
     void removesByTheAction();
     void takesTypedTexts_data();
     void takesTypedTexts();
+    void renumbersTheBoardOfTheRow();
     void takesADoubleClickedCell();
     void escapeKeepsTheText();
     void enterInACellKeepsTheDialog();
@@ -254,6 +255,8 @@ void TestPropertyDialogGpib::takesTypedTexts_data()
     row("letters for an address", address, "abc", "1=9,96,0 4=0,65535,1", "1,9, 0", true);
     row("no address", address, "", "1=9,96,0 4=0,65535,1", "1,9, 0", true);
     row("an address of 33 bits", address, "4294967296", "1=9,96,0 4=0,65535,1", "1,9, 0", true);
+    row("a number, no base but ten", board, "0x3", "1=9,96,0 4=0,65535,1", "1,9, 0", true);
+    row("a number, leading zeros", board, "0010", "4=0,65535,1 10=9,65535,0", "4,0, 2", true);
     row("a number", board, "3", "3=9,65535,0 4=0,65535,1", "3,9, 0", true);
     row("the same number", board, "1", "1=9,96,0 4=0,65535,1", "1,9, 0", false);
     row("the same number otherwise", board, "01", "1=9,65535,0 4=0,65535,1", "1,9, 0", true);
@@ -278,6 +281,13 @@ void TestPropertyDialogGpib::takesTypedTexts()
     QCOMPARE(test.isDrawnAnew(), isDrawnAnew);
     QCOMPARE(rowTexts(test.fields(0)), fields);
     QCOMPARE(test.boards(), boards);
+}
+
+void TestPropertyDialogGpib::renumbersTheBoardOfTheRow()
+{
+    BoardsCase test(Boards{{1, {9, 96, 0}}, {4, {8, 97, 0}}, {5, {}}});
+    test.type(1, DeviceItem::BoardNumberColumn, QStringLiteral("7"));
+    QCOMPARE(test.boards(), QStringLiteral("1=9,96,0 5=0,65535,1 7=8,65535,0"));
 }
 
 void TestPropertyDialogGpib::takesADoubleClickedCell()

@@ -84,6 +84,7 @@ private slots:
     void putsAnUnusualRateOnTop();
     void putsUnusualDataBitsOnTop();
     void takesWhatIsChosen();
+    void takesNoFlowControlChosenForNone();
     void keepsEditsWhenThePortIsSwitched();
     void givesAnEntryToEveryPortThatWasShown();
     void portsOfOneNumberShareAnEntry();
@@ -281,6 +282,16 @@ void TestPropertyDialogSerial::takesWhatIsChosen()
     QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=921600,5,1,3,6"));
 }
 
+void TestPropertyDialogSerial::takesNoFlowControlChosenForNone()
+{
+    PropertyDialogCase test("resource ASRL1::INSTR\n");
+    test.havePorts({{1, {9600, 8, 0, 0, 2}}});
+    test.open();
+    test.combo("comboBoxQvFlowControl").setCurrentIndex(-1);
+    test.clickOk();
+    QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=9600,8,0,0,0"));
+}
+
 void TestPropertyDialogSerial::keepsEditsWhenThePortIsSwitched()
 {
     PropertyDialogCase test(s_twoPorts);
@@ -323,17 +334,20 @@ void TestPropertyDialogSerial::portsOfOneNumberShareAnEntry()
 void TestPropertyDialogSerial::setsDefaults()
 {
     PropertyDialogCase test("resource ASRL1::INSTR\n");
-    test.havePorts({{1, {250000, 9, 2, 4, 6}}});
+    test.havePorts({{1, {250000, 9, 2, 4, 6}}, {7, {300, 7, 2, 1, 6}}});
     test.open();
     QTest::mouseClick(&test.widget<QPushButton>("btnDefaultQv"), Qt::LeftButton);
     QCOMPARE(shown(test), QStringLiteral("9600 8 1 None None"));
     test.clickCancel();
-    QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=250000,9,2,4,6"));
+    QCOMPARE(text(test.model().getSerialProperties()),
+             QStringLiteral("1=250000,9,2,4,6 7=300,7,2,1,6"));
     QVERIFY(!test.model().isDirty());
     test.open();
     QTest::mouseClick(&test.widget<QPushButton>("btnDefaultQv"), Qt::LeftButton);
     test.clickOk();
-    QCOMPARE(text(test.model().getSerialProperties()), QStringLiteral("1=9600,8,0,0,0"));
+    // The port that is not shown keeps its settings.
+    QCOMPARE(text(test.model().getSerialProperties()),
+             QStringLiteral("1=9600,8,0,0,0 7=300,7,2,1,6"));
     QVERIFY(test.model().isDirty());
 }
 
