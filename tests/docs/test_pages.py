@@ -177,6 +177,12 @@ COMMANDS = {
     "docs/bench-file.md": {
         WITH_STAND_IN: opens_the_window,
     },
+    "docs/robustness.md": {
+        "ctest --preset release -R NAME": by_check("tests release"),
+        "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
+        "cmake --preset tsan && ninja -C build/tsan && ctest --preset tsan":
+            by_check("stage tsan-build build tsan && tests tsan"),
+    },
     "docs/user-guide.md": {
         "mkdir -p ~/.quorvane": run,
         "echo ':QvVisaConfigurationFileVersion01' > ~/.quorvane/visa.conf": run,
