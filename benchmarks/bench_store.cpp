@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // What the store answers:
 //   walkEntries      getResource() over all indexes, as the table model loads
+//   lookupAlias      of a resource string that no alias has: all are looked at
+//   replaceAlias     of a name, in lower case
+//   getAllResources  of aliases alone, all with different resource strings
+//   sortResources    its floor: copies, sorts and makes unique a list of the same strings
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationFile.h"
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
+#include <algorithm>
 
 namespace {
 
@@ -34,6 +38,58 @@ void walkEntries(benchmark::State& state)
     }
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
 }
+
+void lookupAlias(benchmark::State& state)
+{
+    const QvVisa::ConfigurationFile& store = filledStore(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(store.lookupAlias("tcpip0::nowhere::inst0::instr"));
+    }
+}
+
+void replaceAlias(benchmark::State& state)
+{
+    const auto count = static_cast<std::size_t>(state.range(0));
+    const QvVisa::ConfigurationFile& store = filledStore(count);
+    std::size_t number = 0;
+    for (auto _ : state) {
+        number = (number + 7919) % count;
+        std::string name = "alias" + std::to_string(number);
+        if (!store.replaceAlias(name)) {
+            state.SkipWithError("the alias is not found");
+            break;
+        }
+        benchmark::DoNotOptimize(name);
+    }
+}
+
+void getAllResources(benchmark::State& state)
+{
+    const QvVisa::ConfigurationFile& store = filledStore(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(store.getAllResources());
+    }
+}
+
+void sortResources(benchmark::State& state)
+{
+    const QvVisa::ConfigurationFile& store = filledStore(static_cast<std::size_t>(state.range(0)));
+    std::vector<std::string> resources;
+    for (const auto& [alias, resource] : store.m_aliases) {
+        resources.push_back(resource);
+    }
+    for (auto _ : state) {
+        std::vector<std::string> sorted = resources;
+        std::sort(sorted.begin(), sorted.end());
+        sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+        benchmark::DoNotOptimize(sorted);
+    }
+}
+
 BENCHMARK(walkEntries)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(lookupAlias)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(replaceAlias)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kNanosecond);
+BENCHMARK(getAllResources)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(sortResources)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 } // namespace
