@@ -63,7 +63,7 @@ def opens_the_window(command, says=""):
         display.window(program.MAIN)
         display.key("alt+F4")
         desktop.wait_for(lambda: process.poll() is not None, "the program to end")
-        printed = display.output_of("bash")
+        printed = "\n".join(program.own_words(display.output_of("bash")))
         if process.returncode != 0 or not (re.search(says, printed) if says else printed == ""):
             raise AssertionError(f"ended with {process.returncode} and printed {printed!r}")
 

@@ -28,6 +28,13 @@ FOUND_FIRST_Y = 20
 FOUND_HEIGHT = 17
 
 
+def own_words(output):
+    """The lines of a program's output but those that the toolkit writes when a window goes while it
+    looks at it, and means nothing by."""
+    return [line for line in output.splitlines()
+            if not line.startswith("qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)")]
+
+
 class Program:
     """One user's program: a home, a working folder, settings and a configuration file of its own,
     kept over any number of starts.
@@ -88,9 +95,7 @@ class Program:
     def wait_ended(self):
         """Waits until the program has ended by itself, well and without a word."""
         wait_for(lambda: self._process.poll() is not None, "the program to end")
-        # Of windows that go while the toolkit looks at them it tells, and means nothing by it.
-        words = [line for line in self.desktop.output_of(self._executable.name).splitlines()
-                 if not line.startswith("qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)")]
+        words = own_words(self.desktop.output_of(self._executable.name))
         expect_equal((self._process.returncode, words), (0, []),
                      "exit code and output of the program")
 
