@@ -81,7 +81,7 @@ std::string told(const Reading& reading)
         text += "the resource `" + resource + '`';
     }
     for (const auto& [alias, resource] : reading.aliases) {
-        text += "the alias `" + alias + "` for `" + resource + '`';
+        text.append("the alias `").append(alias).append("` for `").append(resource) += '`';
     }
     if (reading.provider != QvVisa::ModernConfigurationFile::defaultProvider) {
         text += "the provider " + std::to_string(reading.provider);
