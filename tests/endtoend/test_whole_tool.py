@@ -79,7 +79,8 @@ def every_kind_of_edit(desktop):
     user.start()
     user.open_properties()
     user.accept_properties()
-    assert not user.can_save()
+    # Where the dialog stood, the window may not be painted yet.
+    wait_for(lambda: not user.can_save(), "Save to be disabled")
     # Saved again with nothing but one alias changed there and back, it must be all there.
     user.edit_cell(0, "resource", "GPIB0::14::INSTR")
     user.save()
