@@ -203,6 +203,21 @@ class Desktop:
         expect_equal((x, y), (0, 0), "corner of the free area")
         return width, height
 
+    def place(self, window, size, corner):
+        """Resizes and moves a window; gives its geometry() when it is there.
+
+        corner: of the frame or of the inside, as the window's hints have it."""
+        left, _, top, _ = self.frame(window)
+        self.xdotool("windowsize", window, *size)
+        self.xdotool("windowmove", window, *corner)
+
+        def placed():
+            x, y, *seen_size = self.geometry(window)
+            is_there = x - corner[0] in (0, left) and y - corner[1] in (0, top)
+            return (x, y, *seen_size) if is_there and tuple(seen_size) == tuple(size) else None
+        return wait_for(placed, lambda: f"a window of {size} at {corner}; it is at "
+                                        f"{self.geometry(window)}")
+
     def is_maximised(self, window):
         return "_NET_WM_STATE_MAXIMIZED_VERT" in self.read(
             ["xprop", "-id", window, "_NET_WM_STATE"])

@@ -16,7 +16,7 @@ PROPERTIES = "QvVisa Properties"
 TOOL_BAR_Y = 20
 TOOL_BAR_X = {"add": 29, "remove": 63, "edit": 97, "find": 131, "properties": 172, "save": 213,
               "close": 247}
-ALWAYS_ENABLED = {"add", "remove", "properties", "close"}
+RED_TOOLS = {"remove", "close"}
 FIRST_ROW_Y = 86
 ROW_HEIGHT = 31
 COLUMN_X = {"resource": 40, "alias": 560}
@@ -135,21 +135,23 @@ class Program:
 
     def can_save(self):
         """Whether the tool bar's Save is enabled: a disabled button has no colour."""
-        coloured = wait_for(self._painted_tools, "the tool bar to be painted")
-        return "save" in coloured
+        colours = wait_for(self._painted_tools, "the tool bar to be painted")
+        return any(max(colour) - min(colour) > 60 for colour in colours["save"])
 
     def _painted_tools(self):
-        """The tool bar's buttons that have colour; none while something that has just gone is
-        still to be seen in their place."""
+        """The colours of each button of the tool bar. None while something else that has just gone
+        is still to be seen in their place: two of the buttons are red, with something between."""
         width, height = max(TOOL_BAR_X.values()) + 10, 20
         pixels = self.desktop.picture(self.main, (0, TOOL_BAR_Y - 10, width, height))
+        colours = {
+            name: {tuple(pixels[at:at + 3]) for row in range(height)
+                   for at in range((row * width + x - 10) * 3, (row * width + x + 10) * 3, 3)}
+            for name, x in TOOL_BAR_X.items()}
 
-        def is_coloured(x):
-            colours = (pixels[at:at + 3] for row in range(height)
-                       for at in range((row * width + x - 10) * 3, (row * width + x + 10) * 3, 3))
-            return any(max(colour) - min(colour) > 60 for colour in colours)
-        coloured = {name for name, x in TOOL_BAR_X.items() if is_coloured(x)}
-        return coloured if coloured >= ALWAYS_ENABLED else None
+        def is_red(name):
+            return any(red > 200 and max(green, blue) < 120 for red, green, blue in colours[name])
+        reds = {name for name in TOOL_BAR_X if is_red(name)}
+        return colours if RED_TOOLS <= reds and "add" not in reds else None
 
     def wait_can_save(self):
         wait_for(self.can_save, "Save to be enabled")

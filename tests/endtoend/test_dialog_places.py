@@ -43,13 +43,8 @@ def each_keeps_its_place(desktop):
     for number, (button, title) in enumerate((("add", COMPOSER), ("find", FIND),
                                               ("properties", PROPERTIES))):
         window = open_dialog(user, button, title)
-        first = desktop.geometry(window)
-        size = (760 + number, 610 + number)
-        desktop.xdotool("windowsize", window, *size)
-        desktop.xdotool("windowmove", window, 100 + 40 * number, 60 + 40 * number)
-        wait_for(lambda: desktop.geometry(window)[2:] == size, "the new size")
-        wait_for(lambda: desktop.geometry(window)[:2] != first[:2], "the new place")
-        places[button, title] = desktop.geometry(window)
+        places[button, title] = desktop.place(window, (760 + number, 610 + number),
+                                              (100 + 40 * number, 60 + 40 * number))
         user.cancel(title)
     for what in "again", "after a restart":
         for (button, title), place in places.items():

@@ -56,9 +56,7 @@ def left_on_a_second_monitor(desktop):
     with Desktop(desktop.failures / "two-monitors", (2 * width, height)) as two:
         user = program.from_environment(two, content=CONTENT, settings=settings)
         user.start()
-        two.xdotool("windowmove", user.main, width + 200, 150)
-        wait_for(lambda: two.geometry(user.main)[0] > width, "the window to move")
-        left = two.geometry(user.main)
+        left = two.place(user.main, (600, 400), (width + 200, 150))
         user.close()
         user.wait_ended()
         user.start()

@@ -26,12 +26,7 @@ def the_first_time_in_the_middle(desktop):
 def moved_and_resized(desktop):
     user = program.from_environment(desktop, content=CONTENT)
     user.start()
-    first = desktop.geometry(user.main)
-    desktop.xdotool("windowsize", user.main, 720, 333)
-    desktop.xdotool("windowmove", user.main, 111, 222)
-    wait_for(lambda: desktop.geometry(user.main)[2:] == (720, 333), "the new size")
-    wait_for(lambda: desktop.geometry(user.main)[:2] != first[:2], "the new place")
-    left = desktop.geometry(user.main)
+    left = desktop.place(user.main, (720, 333), (111, 222))
     user.close()
     user.wait_ended()
     user.start()
