@@ -105,6 +105,15 @@ TEST(VisaLibrary, KeepsTheChosenLibraryLoaded)
     EXPECT_TRUE(isLoaded(completeLibrary()));
 }
 
+TEST(VisaLibrary, ShowsTheLibrarysFunctionsToNobodyElse)
+{
+    const VisaLibrary library({completeLibrary()});
+    ASSERT_TRUE(library.isFound());
+    for (const std::string& call : calls) {
+        EXPECT_EQ(::dlsym(RTLD_DEFAULT, call.c_str()), nullptr) << call;
+    }
+}
+
 class VisaLibraryLacking : public testing::TestWithParam<std::string>
 {};
 
