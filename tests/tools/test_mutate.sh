@@ -16,12 +16,13 @@ cd "$scratch"
 git init -q
 echo build/ >.gitignore
 cat >CMakeLists.txt <<'TEXT'
-cmake_minimum_required(VERSION 3.16)
+cmake_minimum_required(VERSION 3.19)
 project(Words NONE)
 enable_testing()
 add_custom_target(words COMMAND grep -q . words.txt WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
 add_test(NAME words COMMAND grep -q good words.txt)
-set_tests_properties(words PROPERTIES WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+add_test(NAME "words.each/of(them)  # with blanks" COMMAND grep -qv evil words.txt)
+set_tests_properties(words "words.each/of(them)  # with blanks" PROPERTIES WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
 TEXT
 cp CMakeLists.txt CMakeLists.kept
 
@@ -63,6 +64,9 @@ expect 0 'words.txt: The good is bad (tests: words)' --list
     faults=$((faults + 1))
 }
 
+list 'good, odd' $'The odd is evil\n- odd\n+ evil'
+expect 0 'caught words.txt: The odd is evil by words.each/of(them)'
+
 list 'good, odd' "$caught" "$unseen" "$unbuilt"
 expect 1 'caught words.txt: The good is bad by words'
 expect 1 'SURVIVED words.txt: The odd is strange (tests: words)'
@@ -89,7 +93,7 @@ expect 1 "words.txt: The good has no tests: no line of a fault: 'tests'" --check
 list 'bad, odd' "$unseen"
 expect 1 'fails without a fault: words'
 list 'good' "$caught"
-sed -i 's/add_test(NAME words /add_test(NAME others /; /set_tests/d' CMakeLists.txt
+sed -i '/add_test\|set_tests/d' CMakeLists.txt
 expect 1 'these tests did not run: words'
 
 [ $faults -eq 0 ]
