@@ -46,6 +46,7 @@ private slots:
     void cancels();
     void doubleClickAccepts();
     void doubleClickOnEmptySpaceDoesNothing();
+    void doubleClickThatDeselectsDoesNothing();
     void enterAccepts();
     void answersToItsCaller();
 
@@ -278,6 +279,19 @@ void TestResourceDialog::doubleClickOnEmptySpaceDoesNothing()
     find.clickRow(0);
     find.doubleClick(below);
     QVERIFY(find.dialog().isVisible());
+}
+
+void TestResourceDialog::doubleClickThatDeselectsDoesNothing()
+{
+    ResourceDialogCase find;
+    find.show();
+    find.clickRow(1);
+    QWidget* viewport = find.list().viewport();
+    QTest::mouseClick(viewport, Qt::LeftButton, Qt::ControlModifier, find.placeOf(1));
+    QCOMPARE(find.dialog().getResource(), QString());
+    QTest::mouseDClick(viewport, Qt::LeftButton, Qt::ControlModifier, find.placeOf(1));
+    QVERIFY(find.dialog().isVisible());
+    QCOMPARE(find.dialog().getResource(), QString());
 }
 
 void TestResourceDialog::enterAccepts()
