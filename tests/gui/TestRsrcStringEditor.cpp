@@ -253,8 +253,9 @@ void TestRsrcStringEditor::aliasAndResourceChangeNothingElse()
     composer.type("aliasEdit", "scope");
     QCOMPARE(composer.resource(), QStringLiteral("TCPIP0::::inst0::INSTR"));
     composer.type("RsrcEdit", "USB1::0x1::0x2::SN::INSTR; any text");
-    QCOMPARE(composer.resource(), QStringLiteral("USB1::0x1::0x2::SN::INSTR; any text"));
     QCOMPARE(composer.text("aliasEdit"), QStringLiteral("scope"));
+    composer.type("aliasEdit", "meter");
+    QCOMPARE(composer.resource(), QStringLiteral("USB1::0x1::0x2::SN::INSTR; any text"));
     QCOMPARE(composer.types().currentIndex(), static_cast<int>(Vxi11));
     QCOMPARE(composer.text("BoardEdit"), QStringLiteral("0"));
     QCOMPARE(composer.text("IpEdit"), QString());
