@@ -107,8 +107,9 @@ class Desktop:
     def _start_window_manager(self):
         self.start(["openbox", "--sm-disable", "--config-file",
                     str(SOURCES / "tests/endtoend/openbox.xml")], self.environment())
-        wait_for(lambda: "window id" in self.read(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"]),
-                 "the window manager")
+        # It says that it is there before it says what room a panel takes.
+        wait_for(lambda: "window id" in self.read(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
+                 and self.free_size()[1] < self.size[1], "the window manager")
 
     def _end(self):
         for process in reversed(self._processes):
@@ -197,11 +198,14 @@ class Desktop:
         return tuple(int(number) for number in re.findall(r"\d+", text.partition("=")[2]))
 
     def free_size(self):
-        """(width, height) of what the window manager keeps free of panels, from the upper left."""
-        text = self.read(["xprop", "-root", "_NET_WORKAREA"])
-        x, y, width, height = (int(number) for number in re.findall(r"\d+", text)[:4])
-        expect_equal((x, y), (0, 0), "corner of the free area")
-        return width, height
+        """(width, height) of what the window manager keeps free of panels, from the upper left;
+        the whole screen as long as it has not said so."""
+        text = self.read(["xprop", "-root", "_NET_WORKAREA"]).partition("=")[2]
+        numbers = tuple(int(number) for number in re.findall(r"\d+", text))
+        if not numbers:
+            return self.size
+        expect_equal(numbers[:2], (0, 0), "corner of the free area")
+        return numbers[2:4]
 
     def place(self, window, size, corner):
         """Resizes and moves a window; gives its geometry() when it is there.
