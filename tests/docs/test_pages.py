@@ -180,6 +180,7 @@ COMMANDS = {
     "docs/robustness.md": {
         "ctest --preset release -R NAME": by_check("tests release"),
         "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
+        "./check --full": by_check("--full) full=true"),
         "cmake --preset tsan && ninja -C build/tsan && ctest --preset tsan":
             by_check("stage tsan-build build tsan && tests tsan"),
     },
