@@ -67,7 +67,8 @@ class Program:
         self.bench_file = desktop.folder / "bench.txt"
         self.bench_file.write_text(bench)
         self._calls = desktop.folder / "calls.txt"
-        self._environment.update(QVVISA_BENCH=str(self.bench_file), QVVISA_BENCH_LOG=str(self._calls))
+        self._environment.update(QVVISA_BENCH=str(self.bench_file),
+                                 QVVISA_BENCH_LOG=str(self._calls))
         if libraries:
             self._environment["LD_LIBRARY_PATH"] = libraries
         self._environment.update(environment or {})
@@ -208,7 +209,7 @@ class Program:
         self.wait_back(FIND)
 
     def double_click_found(self, place):
-        """The same by the mouse, once the resource is listed; leaves open what opened the dialog."""
+        """The same by the mouse, once the resource is listed; does not wait for the main window."""
         window = self.desktop.window(FIND)
         point = (FOUND_X, FOUND_FIRST_Y + place * FOUND_HEIGHT)
         row = (point[0] - 8, point[1] - 6, 100, 12)
