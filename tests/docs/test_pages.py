@@ -181,6 +181,7 @@ COMMANDS = {
         "ctest --preset release -R NAME": by_check("tests release"),
         "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
         "./check --full": by_check("--full) full=true"),
+        "tools/mutate": by_check("stage mutations tools/mutate"),
         "cmake --preset tsan && ninja -C build/tsan && ctest --preset tsan":
             by_check("stage tsan-build build tsan && tests tsan"),
     },
