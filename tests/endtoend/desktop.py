@@ -95,7 +95,8 @@ class Desktop:
         width, height = self.size
         self.start(
             ["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
-             "-nolisten", "tcp", "-noreset"],
+             # No key repeats itself, however late a busy machine lets go of it.
+             "-nolisten", "tcp", "-noreset", "-r"],
             environment(self.folder), pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as pipe:
