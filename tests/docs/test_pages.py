@@ -160,6 +160,8 @@ COMMANDS = {
         "tools/fuzz 60": by_check("stage fuzz tools/fuzz 20"),
         "tools/fuzz --help": run,
         "build/release/fuzz/fuzz_reader FILE": run,
+        "tools/bench": by_check("stage benchmarks tools/bench"),
+        "tools/bench-startup": by_check("stage startup tools/bench-startup"),
         "tools/mutate": by_check("stage mutations tools/mutate"),
         "tools/mutate PropertyDialog 'No .*'": names_faults,
         "tools/mutate --check": by_test("mutations_apply"),
