@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The table model loading itself from the store:
 //   loadModel/N      N entries, of ten seven aliases and three resources without one
+//   copyEntries/N    its floor: goes through the store's tables and makes the same texts
 #include "config/ConfigurationFile.h"
 #include "model/ConfigurationModel.h"
 
@@ -29,5 +30,27 @@ void loadModel(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(loadModel)->Arg(10'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+void copyEntries(benchmark::State& state)
+{
+    fillStore(static_cast<std::size_t>(state.range(0)));
+    const QvVisa::ConfigurationFile& store = *QvVisa::ConfigurationFile::getInstance();
+    const auto text = [](const std::string& bytes) {
+        return QString::fromLatin1(bytes.data(), static_cast<int>(bytes.size()));
+    };
+    for (auto _ : state) {
+        std::vector<std::pair<QString, QString>> entries;
+        entries.reserve(store.m_resources.size() + store.m_aliases.size());
+        for (const std::string& resource : store.m_resources) {
+            entries.emplace_back(text(resource), QString());
+        }
+        for (const auto& [alias, resource] : store.m_aliases) {
+            entries.emplace_back(text(resource), text(alias));
+        }
+        benchmark::DoNotOptimize(entries.size());
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(copyEntries)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
 } // namespace

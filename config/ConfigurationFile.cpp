@@ -15,6 +15,10 @@ namespace QvVisa {
 
 namespace {
 
+/// A few steps along the table cost less than finding another entry, which lies anywhere in memory:
+/// the remembered position follows a walk in strides.
+constexpr std::size_t s_stepsToRemember = 16;
+
 /// Seconds since the epoch; none when the file cannot be opened.
 std::optional<std::int64_t> modificationTime(const std::string& path)
 {
@@ -143,6 +147,7 @@ AliasTable::const_iterator ConfigurationFile::aliasAt(std::size_t index) const
 {
     AliasTable::const_iterator entry = m_aliases.begin();
     std::size_t distance = index;
+    bool isFromRemembered = false;
     const bool stillHolds = m_aliasPosition && m_aliasPosition->size == m_aliases.size() &&
                             m_aliasPosition->bucketCount == m_aliases.bucket_count() &&
                             m_aliasPosition->generation == m_aliases.generation();
@@ -153,15 +158,18 @@ AliasTable::const_iterator ConfigurationFile::aliasAt(std::size_t index) const
         if (remembered != m_aliases.end() && &*remembered == m_aliasPosition->entry) {
             entry = remembered;
             distance = index - m_aliasPosition->index;
+            isFromRemembered = true;
         }
     }
     std::advance(entry, distance);
-    m_aliasPosition = {index,
-                       entry->first,
-                       &*entry,
-                       m_aliases.size(),
-                       m_aliases.bucket_count(),
-                       m_aliases.generation()};
+    if (!isFromRemembered || distance >= s_stepsToRemember) {
+        m_aliasPosition = {index,
+                           entry->first,
+                           &*entry,
+                           m_aliases.size(),
+                           m_aliases.bucket_count(),
+                           m_aliases.generation()};
+    }
     return entry;
 }
 

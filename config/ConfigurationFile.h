@@ -87,7 +87,7 @@ public:
 private:
     ConfigurationFile();
 
-    /// Where the last getResource() stood in the alias table. The entry is remembered by its
+    /// Where a getResource() not long ago stood in the alias table. The entry is remembered by its
     /// name, so that nothing dangles whatever becomes of the table.
     struct AliasPosition
     {

@@ -179,6 +179,10 @@ COMMANDS = {
     "docs/bench-file.md": {
         WITH_STAND_IN: opens_the_window,
     },
+    "docs/performance.md": {
+        "tools/bench": by_check("stage benchmarks tools/bench"),
+        "tools/bench-startup": by_check("stage startup tools/bench-startup"),
+    },
     "docs/robustness.md": {
         "ctest --preset release -R NAME": by_check("tests release"),
         "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
