@@ -2,6 +2,7 @@
 #include "config/ModernConfigurationFile.h"
 
 #include "config/ConfigurationLine.h"
+#include "config/ConfigurationValue.h"
 #include "config/FileDescriptor.h"
 #include "config/FileReplacement.h"
 #include "config/LineReader.h"
@@ -15,33 +16,11 @@
 #include <cstdint>
 #include <limits>
 #include <new>
-#include <optional>
 #include <utility>
 
 namespace QvVisa {
 
 namespace {
-
-/// None for a number that does not fit a signed 32-bit integer. The text is digits only.
-std::optional<std::uint32_t> toNumber(std::string_view digits)
-{
-    std::int32_t number = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (result.ec != std::errc()) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(number);
-}
-
-constexpr std::uint16_t low16(std::uint32_t number)
-{
-    return static_cast<std::uint16_t>(number & 0xFFFFU);
-}
-
-constexpr std::uint8_t low8(std::uint32_t number)
-{
-    return static_cast<std::uint8_t>(number & 0xFFU);
-}
 
 void appendNumber(std::string& text, std::uint32_t number)
 {
@@ -161,81 +140,18 @@ void ModernConfigurationFile::readLines()
 void ModernConfigurationFile::readLine(std::string_view text)
 {
     const ConfigurationLine line = matchConfigurationLine(text);
-    switch (line.kind) {
-    case LineKind::None:
-        break;
-    case LineKind::Provider:
-        if (const auto number = toNumber(line.first)) {
-            m_provider = low16(*number);
-        }
-        break;
-    case LineKind::Resource:
+    if (line.kind == LineKind::Resource) {
         m_resources.emplace_back(line.first);
-        break;
-    case LineKind::Alias:
+    } else if (line.kind == LineKind::Alias) {
         m_aliases[toUpperCase(line.first)] = line.second;
-        break;
-    case LineKind::GpibPrimaryAddress:
-    case LineKind::GpibSecondaryAddress:
-    case LineKind::GpibSystemController:
-        setGpibProperty(line);
-        break;
-    case LineKind::SerialBaudrate:
-    case LineKind::SerialDataBits:
-    case LineKind::SerialStopBits:
-    case LineKind::SerialParity:
-    case LineKind::SerialFlowControl:
-        setSerialProperty(line);
-        break;
-    }
-}
-
-void ModernConfigurationFile::setGpibProperty(const ConfigurationLine& line)
-{
-    // Both numbers first: a line that is skipped names no board into being.
-    const auto board = toNumber(line.first);
-    const auto value = toNumber(line.second);
-    if (!board || !value) {
-        return;
-    }
-    SGpibProperties& properties = m_gpibProperties[low16(*board)];
-    switch (line.kind) {
-    case LineKind::GpibPrimaryAddress:
-        properties.primaryAddress = low16(*value);
-        break;
-    case LineKind::GpibSecondaryAddress:
-        properties.secondaryAddress = low16(*value);
-        break;
-    default:
-        properties.systemController = low16(*value);
-        break;
-    }
-}
-
-void ModernConfigurationFile::setSerialProperty(const ConfigurationLine& line)
-{
-    const auto port = toNumber(line.first);
-    const auto value = toNumber(line.second);
-    if (!port || !value) {
-        return;
-    }
-    SSerialProperties& properties = m_serialProperties[low16(*port)];
-    switch (line.kind) {
-    case LineKind::SerialBaudrate:
-        properties.baudrate = *value;
-        break;
-    case LineKind::SerialDataBits:
-        properties.dataBits = low8(*value);
-        break;
-    case LineKind::SerialStopBits:
-        properties.stopBits = low8(*value);
-        break;
-    case LineKind::SerialParity:
-        properties.parity = low8(*value);
-        break;
-    default:
-        properties.flowControl = low8(*value);
-        break;
+    } else if (const auto provider = toProvider(line)) {
+        m_provider = *provider;
+    } else if (const auto property = toPropertyValue(line)) {
+        if (isGpibProperty(property->kind)) {
+            setProperty(m_gpibProperties[property->device], *property);
+        } else {
+            setProperty(m_serialProperties[property->device], *property);
+        }
     }
 }
 

@@ -10,8 +10,6 @@
 
 namespace QvVisa {
 
-struct ConfigurationLine;
-
 /// The line-oriented text format, docs/file-format.md. Reading and writing are not symmetric: the
 /// reader takes GPIB lines, comments and free spacing, the writer emits none of them.
 class ModernConfigurationFile : public IConfigurationFileImpl
@@ -66,8 +64,6 @@ private:
     void clear();
     void readLines();
     void readLine(std::string_view text);
-    void setGpibProperty(const ConfigurationLine& line);
-    void setSerialProperty(const ConfigurationLine& line);
 
     GpibPropertiesMap m_gpibProperties;
     SerialPropertiesMap m_serialProperties;
