@@ -4,8 +4,7 @@
 
 #include "ui_PropertyDialog.h"
 
-#include "gui/VisaDescription.h"
-#include "visa/VisaApi.h"
+#include "gui/VisaSearch.h"
 
 #include <array>
 #include <cstdint>
@@ -13,11 +12,6 @@
 namespace gui {
 
 namespace {
-
-/// The maker's own attribute of the resource manager that tunes the search which follows. A
-/// library that does not know it refuses it, which does no harm.
-constexpr ViAttr s_searchInterfacesAttribute = 0x0E5A0002;
-constexpr ViAttrState s_searchInterfaces = 0;
 
 constexpr std::array<std::uint32_t, 16> s_baudrates{300,    600,    1200,   1800,  2400,  4800,
                                                     7200,   9600,   14400,  19200, 38400, 57600,
@@ -44,29 +38,6 @@ void select(QComboBox& combo, std::uint32_t value)
     combo.setCurrentIndex(index);
 }
 
-void addSerialInterfaces(ViSession resourceManager, QComboBox& combo)
-{
-    ViFindList findList = VI_NULL;
-    ViUInt32 count = 0;
-    VisaDescription description;
-    if (viFindRsrc(resourceManager, "ASRL?*", &findList, &count, description.buffer()) < 0) {
-        return;
-    }
-    while (count > 0) {
-        --count;
-        // A resource that the library cannot parse counts as interface 0.
-        ViUInt16 interfaceType = 0;
-        ViUInt16 interfaceNumber = 0;
-        viParseRsrc(resourceManager, description.text(), &interfaceType, &interfaceNumber);
-        combo.addItem(description.toString(), uint{interfaceNumber});
-        // Whatever the count promises, the list ends where the library delivers nothing more.
-        if (viFindNext(findList, description.buffer()) != VI_SUCCESS) {
-            break;
-        }
-    }
-    viClose(findList);
-}
-
 /// Codes and positions in the list agree but for the last position, whose code jumps.
 constexpr int s_lastFlowControlIndex = 3;
 constexpr std::uint8_t s_lastFlowControlCode = 6;
@@ -84,16 +55,15 @@ std::uint8_t flowControlCode(int index)
 
 void PropertyDialog::setupSerialInterface()
 {
-    ViSession resourceManager = VI_NULL;
-    viOpenDefaultRM(&resourceManager);
-    viSetAttribute(resourceManager, s_searchInterfacesAttribute, s_searchInterfaces);
     addBaudrates(*m_ui->comboBoxOsBaudrate);
     addBaudrates(*m_ui->comboBoxQvBaudrate);
     addDataBits(*m_ui->comboBoxOsDatabits);
     addDataBits(*m_ui->comboBoxQvDatabits);
     m_ui->comboBoxSerialInterface->clear();
-    addSerialInterfaces(resourceManager, *m_ui->comboBoxSerialInterface);
-    viClose(resourceManager);
+    // The first one added becomes current and shows its settings.
+    for (const SerialPort& port : findSerialPorts()) {
+        m_ui->comboBoxSerialInterface->addItem(port.resource, uint{port.interfaceNumber});
+    }
     if (m_ui->comboBoxSerialInterface->count() == 0) {
         m_ui->tabAsrlProperties->setEnabled(false);
     }

@@ -3,7 +3,7 @@
 
 #include "ui_ResourceDialog.h"
 
-#include "gui/ResourceScan.h"
+#include "gui/VisaSearch.h"
 #include "gui/WindowSettings.h"
 
 #include <QGuiApplication>
@@ -27,15 +27,23 @@ std::atomic<bool> ResourceDialog::s_resourceListUpdateInProcess{false};
 
 void ResourceDialog::updateResourceList()
 {
-    const auto replaceCache = [](const QStringList& resources) {
-        const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
-        s_resources = resources;
-    };
     const std::lock_guard<std::mutex> lock(s_resourceListMutex);
     s_resourceListUpdateInProcess.exchange(true);
     replaceCache(QStringList());
-    replaceCache(scanForResources());
+    replaceCache(findAllResources());
     s_resourceListUpdateInProcess.exchange(false);
+}
+
+void ResourceDialog::replaceCache(const QStringList& resources)
+{
+    const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
+    s_resources = resources;
+}
+
+QStringList ResourceDialog::copyOfCache()
+{
+    const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
+    return s_resources;
 }
 
 ResourceDialog::ResourceDialog(QWidget* parent)
@@ -52,13 +60,8 @@ ResourceDialog::~ResourceDialog() = default;
 void ResourceDialog::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    // Copied here, so that no scan waits for the list to fill, and that the thread sanitizer, which
-    // does not see into Qt, sees the cache being read.
-    const QStringList resources = [] {
-        const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
-        return s_resources;
-    }();
-    m_ui->rsrcList->addItems(resources);
+    // Not under s_resourceListMutex: a dialog is constructed without waiting for a running scan.
+    m_ui->rsrcList->addItems(copyOfCache());
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Select"));
 }
 
@@ -86,7 +89,7 @@ void ResourceDialog::refreshList(bool rescan)
     m_ui->refreshButton->setEnabled(false);
     setCursor(Qt::WaitCursor);
     m_ui->rsrcList->clear();
-    // From here on the dialog stands still: let the user see that it waits.
+    // The dialog does not respond from here on: paint the wait state first.
     repaint();
     if (rescan) {
         updateResourceList();
@@ -111,8 +114,8 @@ void ResourceDialog::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
     if (s_resourceListUpdateInProcess) {
-        // The dialog comes to the screen only after this event, so its own wait cursor is not seen:
-        // the pointer rests over a window that stands still with it.
+        // The dialog is not on the screen before this event has ended, so the pointer is over
+        // another window of the program, which does not respond either.
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         refreshList(false);
         QGuiApplication::restoreOverrideCursor();

@@ -20,12 +20,12 @@ class ResourceDialog : public QDialog
     Q_OBJECT
 
 public:
-    /// Lists what the cache holds; starts no scan.
+    /// Lists the contents of the cache; starts no scan.
     explicit ResourceDialog(QWidget* parent);
     ~ResourceDialog() override;
 
-    /// Asks the VISA library for every resource and replaces the cache by the answer, sorted by
-    /// code units, duplicates kept; empty when the library fails, finds nothing or is not there.
+    /// Searches the VISA library for every resource and replaces the cache with the result, sorted
+    /// by code units, duplicates kept; empty when the library fails, finds nothing or is missing.
     /// Blocks for as long as the library takes. Any thread; a second scan waits for the first.
     static void updateResourceList();
 
@@ -33,7 +33,7 @@ public:
     QString getResource() const;
 
 public slots:
-    /// Rescans and lists the result. Blocks.
+    /// Scans again and lists the result. Blocks.
     void refreshList();
 
 protected:
@@ -44,7 +44,10 @@ private slots:
     void itemDoubleClicked(QListWidgetItem* item);
 
 private:
-    /// Lists the cache anew, after a scan if so wished, else after any scan that runs.
+    static void replaceCache(const QStringList& resources);
+    static QStringList copyOfCache();
+    /// Fills the list from the cache again, after a scan if rescan is set, otherwise after any scan
+    /// that is running.
     void refreshList(bool rescan);
     void setupUi();
     void setupConnections();
@@ -56,8 +59,8 @@ private:
     static QStringList s_resources;
     /// Guards every change of s_resources and is held for the whole of a scan.
     static std::mutex s_resourceListMutex;
-    /// Guards the moments in which s_resources is exchanged or copied: the constructor must not
-    /// wait for a scan and so takes this one alone.
+    /// Guards each access to s_resources for its short duration, so that the constructor can copy
+    /// the cache without waiting for a scan.
     static std::mutex s_resourceCopyMutex;
     static std::atomic<bool> s_resourceListUpdateInProcess;
 };
