@@ -10,7 +10,9 @@ target_compile_options(qvvisa_build_rules INTERFACE
 target_compile_definitions(qvvisa_build_rules INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY
     QT_NO_URL_CAST_FROM_STRING QT_STRICT_ITERATORS QT_DEPRECATED_WARNINGS)
-target_include_directories(qvvisa_build_rules INTERFACE ${PROJECT_SOURCE_DIR})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/Version.h.in ${PROJECT_BINARY_DIR}/generated/Version.h @ONLY)
+target_include_directories(qvvisa_build_rules INTERFACE
+    ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR}/generated)
 
 # What is shipped defends itself against the overrun that was overlooked. Sanitizer builds have
 # their own means.

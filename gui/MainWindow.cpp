@@ -3,6 +3,7 @@
 
 #include "ui_MainWindow.h"
 
+#include "Version.h"
 #include "gui/CellDelegate.h"
 #include "gui/ResourceDialog.h"
 #include "gui/WindowSettings.h"
@@ -56,7 +57,7 @@ void MainWindow::startScan()
 
 void MainWindow::setupUi()
 {
-    setWindowTitle(QStringLiteral("QvVisaConfigure - 5.12.1"));
+    setWindowTitle(QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
     QTableView& table = *m_ui->resourceView;
     table.setModel(&m_model);
     table.setItemDelegate(new CellDelegate(&table));

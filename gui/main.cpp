@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "gui/MainWindow.h"
 
+#include "Version.h"
+
 #include <QApplication>
 #include <QStringList>
 
@@ -9,7 +11,7 @@ namespace {
 QString version()
 {
     QStringList numbers;
-    for (const int number : {5, 12, 1}) {
+    for (const int number : {qvvisa::versionMajor, qvvisa::versionMinor, qvvisa::versionPatch}) {
         numbers.append(QString::number(number, 10));
     }
     return numbers.join(QLatin1Char('.'));

@@ -3,10 +3,13 @@
 
 import os
 import pathlib
+import re
 
-from desktop import Failure, expect_equal, wait_for
+from desktop import SOURCES, Failure, expect_equal, wait_for
 
-MAIN = "QvVisaConfigure - 5.12.1"
+# From the only place that names it.
+VERSION = re.search(r"project\([^)]*\bVERSION ([0-9.]+)", (SOURCES / "CMakeLists.txt").read_text())[1]
+MAIN = f"QvVisaConfigure - {VERSION}"
 UNSAVED = "Unsaved data"
 COMPOSER = "VISA Resource String Composer"
 FIND = "Find resources"
