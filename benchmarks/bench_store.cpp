@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What the store answers:
-//   walkEntries      getResource() over all indexes, as the table model loads
-//   lookupAlias      of a resource string that no alias has: all are looked at
+//   lookupAlias      of a resource string that no alias has: compares all
 //   replaceAlias     of a name, in lower case
 //   getAllResources  of aliases alone, all with different resource strings
 //   sortResources    its floor: copies, sorts and makes unique a list of the same strings
@@ -24,19 +23,6 @@ QvVisa::ConfigurationFile& filledStore(std::size_t aliases)
     }
     store.setData(entries);
     return store;
-}
-
-void walkEntries(benchmark::State& state)
-{
-    const auto count = static_cast<std::size_t>(state.range(0));
-    const QvVisa::ConfigurationFile& store = filledStore(count);
-    for (auto _ : state) {
-        std::string alias;
-        for (std::size_t index = 0; index < count; ++index) {
-            benchmark::DoNotOptimize(store.getResource(index, alias));
-        }
-    }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * count));
 }
 
 void lookupAlias(benchmark::State& state)
@@ -86,7 +72,6 @@ void sortResources(benchmark::State& state)
     }
 }
 
-BENCHMARK(walkEntries)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(lookupAlias)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(replaceAlias)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kNanosecond);
 BENCHMARK(getAllResources)->Arg(100'000)->Unit(benchmark::kMillisecond);

@@ -10,14 +10,11 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 namespace QvVisa {
 
 namespace {
-
-/// A few steps along the table cost less than finding another entry, which lies anywhere in memory:
-/// the remembered position follows a walk in strides.
-constexpr std::size_t s_stepsToRemember = 16;
 
 /// Seconds since the epoch; none when the file cannot be opened.
 std::optional<std::int64_t> modificationTime(const std::string& path)
@@ -75,7 +72,7 @@ void ConfigurationFile::load()
     // Taken first: a change that comes while the file is read is noticed at the next look.
     const auto time = modificationTime(m_path);
     auto implementation = std::make_unique<ModernConfigurationFile>(m_path);
-    AliasTable::Base aliases;
+    std::unordered_map<std::string, std::string> aliases;
     std::vector<std::string> resources;
     unsigned short provider = m_provider;
     implementation->parse(aliases, resources, provider);
@@ -138,39 +135,9 @@ std::string ConfigurationFile::getResource(std::size_t index, std::string& alias
         alias.clear();
         return {};
     }
-    const auto entry = aliasAt(aliasIndex);
+    const auto entry = std::next(m_aliases.begin(), static_cast<std::ptrdiff_t>(aliasIndex));
     alias = entry->first;
     return entry->second;
-}
-
-AliasTable::const_iterator ConfigurationFile::aliasAt(std::size_t index) const
-{
-    AliasTable::const_iterator entry = m_aliases.begin();
-    std::size_t distance = index;
-    bool isFromRemembered = false;
-    const bool stillHolds = m_aliasPosition && m_aliasPosition->size == m_aliases.size() &&
-                            m_aliasPosition->bucketCount == m_aliases.bucket_count() &&
-                            m_aliasPosition->generation == m_aliases.generation();
-    if (stillHolds && m_aliasPosition->index <= index) {
-        const auto remembered = m_aliases.find(m_aliasPosition->name);
-        // Whoever exchanges all entries through the table's base class is not counted, but the
-        // entries then are others.
-        if (remembered != m_aliases.end() && &*remembered == m_aliasPosition->entry) {
-            entry = remembered;
-            distance = index - m_aliasPosition->index;
-            isFromRemembered = true;
-        }
-    }
-    std::advance(entry, distance);
-    if (!isFromRemembered || distance >= s_stepsToRemember) {
-        m_aliasPosition = {index,
-                           entry->first,
-                           &*entry,
-                           m_aliases.size(),
-                           m_aliases.bucket_count(),
-                           m_aliases.generation()};
-    }
-    return entry;
 }
 
 bool ConfigurationFile::getGpibProperties(unsigned short board, SGpibProperties& properties) const

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "config/AliasTable.h"
 #include "config/ConfigurationRecords.h"
 #include "config/IConfigurationFileImpl.h"
 #include "config/ModernConfigurationFile.h"
@@ -10,8 +9,8 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,10 +53,10 @@ public:
     /// Every resource string of the list and of the aliases, once each, in byte order.
     std::vector<std::string> getAllResources() const;
 
-    /// One entry of the list that the table shows: first the resources without an alias, in their
-    /// order, then the aliases in their table's order. Sets alias to the entry's alias or to empty
-    /// and returns its resource string; both are empty past the end. Walking all entries by rising
-    /// index costs time in line with their number.
+    /// One entry of the combined list: m_resources in order, then m_aliases in iteration order.
+    /// Sets alias to the entry's alias, empty for an entry of m_resources, and returns the resource
+    /// string; both are empty past the end. Takes time proportional to the index: to visit all
+    /// entries, iterate over the two tables.
     std::string getResource(std::size_t index, std::string& alias) const;
 
     /// Fill the record with the board's or port's settings as the file gave them, defaults where
@@ -87,33 +86,19 @@ public:
 private:
     ConfigurationFile();
 
-    /// Where a getResource() not long ago stood in the alias table. The entry is remembered by its
-    /// name, so that nothing dangles whatever becomes of the table.
-    struct AliasPosition
-    {
-        std::size_t index = 0;
-        std::string name;
-        const void* entry = nullptr; ///< Compared only.
-        std::size_t size = 0;
-        std::size_t bucketCount = 0;
-        std::size_t generation = 0;
-    };
-
-    AliasTable::const_iterator aliasAt(std::size_t index) const;
     void reloadIfChanged();
 
     std::string m_path;
 
 public:
     unsigned short m_provider = ModernConfigurationFile::defaultProvider;
-    AliasTable m_aliases;
+    std::unordered_map<std::string, std::string> m_aliases;
     std::vector<std::string> m_resources;
     SerialPropertiesMap m_serialProperties;
 
 private:
     std::unique_ptr<IConfigurationFileImpl> m_implementation;
     std::int64_t m_modificationTime = 0;
-    mutable std::optional<AliasPosition> m_aliasPosition;
 };
 
 } // namespace QvVisa

@@ -44,11 +44,11 @@ void ConfigurationModel::loaddata()
 {
     m_entries.clear();
     const QvVisa::ConfigurationFile* store = QvVisa::ConfigurationFile::getInstance();
-    const std::size_t count = store->m_resources.size() + store->m_aliases.size();
-    m_entries.reserve(count);
-    std::string alias;
-    for (std::size_t index = 0; index < count; ++index) {
-        const std::string resource = store->getResource(index, alias);
+    m_entries.reserve(store->m_resources.size() + store->m_aliases.size());
+    for (const std::string& resource : store->m_resources) {
+        m_entries.emplace_back(fromLatin1(resource), QString());
+    }
+    for (const auto& [alias, resource] : store->m_aliases) {
         m_entries.emplace_back(fromLatin1(resource), fromLatin1(alias));
     }
     setDirty(false);
@@ -125,10 +125,9 @@ bool ConfigurationModel::setData(const QModelIndex& index, const QVariant& value
     return true;
 }
 
-/// Moves the indexes that views hold from a row on one row down. A removal that names one row too
-/// many then brings each to its own entry; without this an open editor would write into the row
-/// above its own.
-void ConfigurationModel::yieldOneRow(int row)
+/// removeRows() announces one row too many by design, so Qt would shift later persistent indexes
+/// one row too far and an open editor would write into the row above its own; compensate first.
+void ConfigurationModel::shiftPersistentIndexesDown(int row)
 {
     QModelIndexList from;
     QModelIndexList to;
@@ -146,8 +145,8 @@ bool ConfigurationModel::removeRows(int row, int count, const QModelIndex& paren
     if (row < 0 || count < 0 || row > rowCount() - count) {
         return false;
     }
-    // The last row named is deliberately one past the last that goes.
-    yieldOneRow(row + count);
+    shiftPersistentIndexesDown(row + count);
+    // Deliberate: the last row announced is one past the last row removed.
     beginRemoveRows(parent, row, row + count);
     const auto first = m_entries.begin() + row;
     m_entries.erase(first, first + count);

@@ -32,8 +32,10 @@ public:
 
     explicit ConfigurationModel(QObject* parent);
 
-    /// Fills the table, the serial settings and the provider from the store. Clean afterwards.
-    /// Emits nothing: meant for a model that no view has yet.
+    /// Fills the table, the serial settings and the provider from the store: the resources without
+    /// an alias in their order, then the aliases in their table's iteration order, as
+    /// ConfigurationFile::getResource() numbers them. Clean afterwards. Emits no row signals: for a
+    /// model that no view shows yet.
     void loaddata();
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -90,7 +92,7 @@ public slots:
 
 private:
     bool isRow(int row) const;
-    void yieldOneRow(int row);
+    void shiftPersistentIndexesDown(int row);
 
     /// (resource string, alias), one for each row.
     std::vector<std::pair<QString, QString>> m_entries;
