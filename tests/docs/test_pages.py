@@ -150,7 +150,7 @@ COMMANDS = {
         "./check": by_check("tests release"),
         "./check --full": by_check("--full) full=true"),
         "ctest --preset release -N": selects_tests,
-        "ctest --preset release -R test_main_window": selects_tests,
+        "ctest --preset release -R gui.main_window": selects_tests,
         "ctest --preset release -L endtoend -j2": selects_tests,
         "ninja -C build/tsan thread_tests && ctest --preset tsan -L threads":
             by_check("stage tsan-build threads_build"),
