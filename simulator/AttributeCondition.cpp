@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/AttributeCondition.h"
 
-#include "simulator/Numbers.h"
-#include "simulator/ResourceName.h"
 #include "simulator/VisaAttributes.h"
+#include "visa/ResourceName.h"
+#include "visa/Text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -134,7 +134,7 @@ private:
     std::optional<AttributeTable::Value> value()
     {
         if (!take("\"")) {
-            const auto number = parseNumber(takeWord(), UINT64_MAX);
+            const auto number = visa::parseNumber(takeWord(), UINT64_MAX);
             return number ? std::optional<AttributeTable::Value>(*number) : std::nullopt;
         }
         const std::size_t end = m_rest.find('"');
@@ -162,7 +162,8 @@ bool AttributeCondition::Comparison::holds(const AttributeTable& attributes) con
         return false;
     }
     if (const auto* const text = std::get_if<std::string>(&value)) {
-        const bool isEqual = toUpper(std::get<std::string>(*actual)) == toUpper(*text);
+        const bool isEqual =
+            visa::toUpperCase(std::get<std::string>(*actual)) == visa::toUpperCase(*text);
         return isEqual == (relation == Relation::Equal);
     }
     const std::uint64_t left = std::get<std::uint64_t>(*actual);

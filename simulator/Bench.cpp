@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/Bench.h"
 
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
 
 #include <utility>
 
@@ -39,7 +39,7 @@ const T* lastFor(const std::vector<T>& settings, Call call, std::uint32_t nth,
 void Bench::addResource(BenchResource resource)
 {
     if (resource.repeat == 0) {
-        m_byName.emplace(resourceKey(resource.description), m_resources.size());
+        m_byName.emplace(visa::resourceKey(resource.description), m_resources.size());
     } else {
         m_repeated.push_back(m_resources.size());
     }
@@ -70,7 +70,7 @@ std::string Bench::delivered(const Hit& hit) const
 const BenchResource* Bench::find(std::string_view name) const
 {
     std::size_t first = m_resources.size();
-    if (const auto known = m_byName.find(resourceKey(name)); known != m_byName.end()) {
+    if (const auto known = m_byName.find(visa::resourceKey(name)); known != m_byName.end()) {
         first = known->second;
     }
     for (const std::size_t repeated : m_repeated) {

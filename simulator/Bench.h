@@ -89,7 +89,7 @@ public:
 
 private:
     std::vector<BenchResource> m_resources;
-    /// By resourceKey() of the description; repeated resources stand in m_repeated.
+    /// By visa::resourceKey() of the description; repeated resources stand in m_repeated.
     std::unordered_map<std::string, std::size_t> m_byName;
     std::vector<std::size_t> m_repeated;
     std::vector<CallStatus> m_statuses;

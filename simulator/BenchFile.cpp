@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/BenchFile.h"
 
-#include "simulator/Numbers.h"
-#include "simulator/ResourceName.h"
 #include "simulator/StatusNames.h"
+#include "visa/ResourceName.h"
+#include "visa/Text.h"
 
 #include <array>
 #include <cstdio>
@@ -39,7 +39,7 @@ const std::string& required(const Words& words, std::size_t place, const char* w
 std::uint32_t number(const std::string& setting, const std::string& text, std::uint32_t least,
                      std::uint32_t most)
 {
-    const auto value = parseNumber(text, most);
+    const auto value = visa::parseNumber(text, most);
     if (!value || *value < least) {
         fail(setting, quoted(text) + " is not a number from " + std::to_string(least) + " to " +
                           std::to_string(most));
@@ -75,9 +75,10 @@ std::string expressionOption(const Words& words, std::size_t place)
 BenchResource::Interface interfaceOption(const std::string& setting, const std::string& value)
 {
     const std::size_t comma = value.find(',');
-    const auto type = interfaceTypeFromText(value.substr(0, comma));
-    const auto board =
-        comma == std::string::npos ? std::nullopt : parseNumber(value.substr(comma + 1), 0xFFFF);
+    const auto type = visa::interfaceTypeFromText(value.substr(0, comma));
+    const auto board = comma == std::string::npos
+                           ? std::nullopt
+                           : visa::parseNumber(value.substr(comma + 1), 0xFFFF);
     if (!type || !board) {
         fail(setting, "interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
                       "65535, not " +

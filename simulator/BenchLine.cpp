@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/BenchLine.h"
 
-#include "simulator/Numbers.h"
+#include "visa/Text.h"
 
 #include <utility>
 
@@ -74,7 +74,7 @@ char BenchLine::readEscape()
         return c;
     }
     const auto code = m_rest.size() >= 3 && m_rest.front() == 'x'
-                          ? parseNumber("0x" + std::string(m_rest.substr(1, 2)), 0xFF)
+                          ? visa::parseNumber("0x" + std::string(m_rest.substr(1, 2)), 0xFF)
                           : std::nullopt;
     if (!code) {
         throw BenchLineError("behind a \\ comes \\, \" or x with two hexadecimal digits");

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/BenchResource.h"
 
-#include "simulator/Numbers.h"
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
+#include "visa/Text.h"
 
 #include <algorithm>
 
@@ -30,21 +30,22 @@ std::string BenchResource::numbered(std::uint32_t number) const
 
 bool BenchResource::isNamed(std::string_view text) const
 {
-    const std::string key = resourceKey(text);
-    const std::string first = resourceKey(numbered(1));
+    const std::string key = visa::resourceKey(text);
+    const std::string first = visa::resourceKey(numbered(1));
     if (key == first || repeat < 2) {
         return key == first;
     }
     // Reading the number out of the text spares trying a million of them. It stands where the
     // first two differ.
-    const std::string second = resourceKey(numbered(2));
+    const std::string second = visa::resourceKey(numbered(2));
     const auto at = static_cast<std::size_t>(
         std::mismatch(first.begin(), first.end(), second.begin(), second.end()).first -
         first.begin());
     const std::string rest = key.substr(std::min(at, key.size()));
-    const auto number = parseNumber(rest.substr(0, rest.find_first_not_of("0123456789")), repeat);
+    const auto number =
+        visa::parseNumber(rest.substr(0, rest.find_first_not_of("0123456789")), repeat);
     return number && *number != 0 &&
-           resourceKey(numbered(static_cast<std::uint32_t>(*number))) == key;
+           visa::resourceKey(numbered(static_cast<std::uint32_t>(*number))) == key;
 }
 
 } // namespace simulator

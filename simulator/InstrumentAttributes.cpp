@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/InstrumentAttributes.h"
 
-#include "simulator/Numbers.h"
 #include "simulator/VisaAttributes.h"
 #include "simulator/VisaClientApi.h"
+#include "visa/Text.h"
 
 #include <cstdint>
 #include <string>
@@ -30,28 +30,29 @@ void addSerialAttributes(AttributeTable& attributes)
 
 void addShort(AttributeTable& attributes, ViAttr attribute, const std::string& text)
 {
-    if (const auto number = parseNumber(text, 0xFFFF)) {
+    if (const auto number = visa::parseNumber(text, 0xFFFF)) {
         attributes.addNumber(attribute, Width::Short, Access::ReadOnly, *number);
     }
 }
 
-/// What the parts of the resource string tell: addresses, names and numbers.
-void addAddressAttributes(AttributeTable& attributes, const ResourceName& name)
+/// The fields of the resource string: addresses, names and numbers.
+void addAddressAttributes(AttributeTable& attributes, const visa::ResourceName& name)
 {
-    const std::vector<std::string> parts = splitResource(name.fullName);
-    const std::size_t between = parts.size() < 2 ? 0 : parts.size() - 2;
-    if (name.interfaceType == VI_INTF_GPIB && name.resourceClass == "INSTR" && between >= 1) {
-        addShort(attributes, VI_ATTR_GPIB_PRIMARY_ADDR, parts[1]);
-        addShort(attributes, VI_ATTR_GPIB_SECONDARY_ADDR, between >= 2 ? parts[2] : "0xFFFF");
-    } else if (name.interfaceType == VI_INTF_TCPIP && between >= 1) {
-        attributes.addText(VI_ATTR_TCPIP_HOSTNAME, parts[1]);
-        if (name.resourceClass == "SOCKET" && between >= 2) {
-            addShort(attributes, VI_ATTR_TCPIP_PORT, parts[2]);
-        }
-    } else if (name.interfaceType == VI_INTF_USB && between >= 3) {
-        addShort(attributes, VI_ATTR_MANF_ID, parts[1]);
-        addShort(attributes, VI_ATTR_MODEL_CODE, parts[2]);
-        attributes.addText(VI_ATTR_USB_SERIAL_NUM, parts[3]);
+    using Field = visa::ResourceField;
+    const auto textOf = [&](Field field) { return std::string(name.field(field)); };
+    if (const std::string address = textOf(Field::PrimaryAddress); !address.empty()) {
+        const std::string secondary = textOf(Field::SecondaryAddress);
+        addShort(attributes, VI_ATTR_GPIB_PRIMARY_ADDR, address);
+        addShort(attributes, VI_ATTR_GPIB_SECONDARY_ADDR, secondary.empty() ? "0xFFFF" : secondary);
+    }
+    if (const std::string host = textOf(Field::Host); !host.empty()) {
+        attributes.addText(VI_ATTR_TCPIP_HOSTNAME, host);
+    }
+    addShort(attributes, VI_ATTR_TCPIP_PORT, textOf(Field::Port));
+    addShort(attributes, VI_ATTR_MANF_ID, textOf(Field::ManufacturerId));
+    addShort(attributes, VI_ATTR_MODEL_CODE, textOf(Field::ModelCode));
+    if (const std::string serial = textOf(Field::SerialNumber); !serial.empty()) {
+        attributes.addText(VI_ATTR_USB_SERIAL_NUM, serial);
     }
 }
 
@@ -70,7 +71,7 @@ void addCommonAttributes(AttributeTable& attributes)
     attributes.addNumber(VI_ATTR_USER_DATA_64, Width::Wide, Access::ReadWrite, 0);
 }
 
-void addInstrumentAttributes(AttributeTable& attributes, const ResourceName& name)
+void addInstrumentAttributes(AttributeTable& attributes, const visa::ResourceName& name)
 {
     addCommonAttributes(attributes);
     attributes.addText(VI_ATTR_RSRC_CLASS, name.resourceClass);

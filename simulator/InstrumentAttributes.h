@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/AttributeTable.h"
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
 
 namespace simulator {
 
@@ -10,6 +10,6 @@ namespace simulator {
 void addCommonAttributes(AttributeTable& attributes);
 
 /// The attributes of a session to that resource, with the values they have at first.
-void addInstrumentAttributes(AttributeTable& attributes, const ResourceName& name);
+void addInstrumentAttributes(AttributeTable& attributes, const visa::ResourceName& name);
 
 } // namespace simulator

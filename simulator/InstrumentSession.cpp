@@ -4,6 +4,7 @@
 #include "simulator/InstrumentAttributes.h"
 #include "simulator/VisaAttributes.h"
 #include "simulator/VisaClientApi.h"
+#include "visa/Text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -26,7 +27,7 @@ std::string_view trimmed(std::string_view text)
 } // namespace
 
 InstrumentSession::InstrumentSession(std::shared_ptr<ResourceManagerSession> manager,
-                                     ViSession managerHandle, const ResourceName& name,
+                                     ViSession managerHandle, const visa::ResourceName& name,
                                      std::string identification)
     : m_manager(std::move(manager)),
       m_identification(std::move(identification))
@@ -38,7 +39,7 @@ InstrumentSession::InstrumentSession(std::shared_ptr<ResourceManagerSession> man
 
 void InstrumentSession::write(std::string_view message)
 {
-    const bool isQuestion = toUpper(trimmed(message)) == "*IDN?";
+    const bool isQuestion = visa::toUpperCase(trimmed(message)) == "*IDN?";
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_answer = isQuestion ? m_identification + '\n' : std::string();
 }

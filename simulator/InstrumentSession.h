@@ -3,7 +3,7 @@
 
 #include "simulator/AttributeTable.h"
 #include "simulator/BenchResource.h"
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
 
 #include <cstddef>
 #include <memory>
@@ -22,7 +22,7 @@ public:
     /// The name is what the resource string says, the manager the session it was opened on, and
     /// its handle the one that the client knows it by.
     InstrumentSession(std::shared_ptr<ResourceManagerSession> manager, ViSession managerHandle,
-                      const ResourceName& name, std::string identification);
+                      const visa::ResourceName& name, std::string identification);
 
     ResourceManagerSession& manager() const { return *m_manager; }
     AttributeTable& attributes() { return m_attributes; }

@@ -3,13 +3,15 @@
 
 namespace simulator {
 
-std::optional<ResourceName> lookUp(const Bench& bench, std::string_view resource)
+std::optional<visa::ResourceName> lookUp(const Bench& bench, std::string_view resource)
 {
-    std::optional<ResourceName> name = ResourceName::parse(resource);
+    std::optional<visa::ResourceName> name = visa::parseResourceName(resource);
     const BenchResource* const known = bench.find(resource);
     if (known != nullptr && known->interface) {
         if (!name) {
-            name = ResourceName{0, 0, "INSTR", std::string(resource)};
+            name.emplace();
+            name->resourceClass = "INSTR";
+            name->fullName = resource;
         }
         name->interfaceType = known->interface->type;
         name->interfaceNumber = known->interface->number;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simulator/Bench.h"
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
 
 #include <optional>
 #include <string_view>
@@ -11,6 +11,6 @@ namespace simulator {
 
 /// What is known of a resource string: what the bench says of the resource's interface goes
 /// before what the string says of itself. Nothing where neither says anything.
-std::optional<ResourceName> lookUp(const Bench& bench, std::string_view resource);
+std::optional<visa::ResourceName> lookUp(const Bench& bench, std::string_view resource);
 
 } // namespace simulator

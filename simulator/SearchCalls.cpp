@@ -37,7 +37,7 @@ std::string deliver(const Bench& bench, const Bench::Hit& hit, ViChar* descripti
 }
 
 ViStatus parse(Call call, CallLog& log, ViSession session, ViConstString resource,
-               simulator::ResourceName& name)
+               visa::ResourceName& name)
 {
     const auto manager = handles().find<ResourceManagerSession>(session);
     if (manager == nullptr) {
@@ -179,7 +179,7 @@ ViStatus find(CallLog& log, ViSession session, ViConstString text, ViFindList* f
         if (interfaceType == nullptr || interfaceNumber == nullptr) {
             return VI_ERROR_USER_BUF;
         }
-        simulator::ResourceName name;
+        visa::ResourceName name;
         const ViStatus status = parse(Call::ParseRsrc, log, session, resource, name);
         if (status >= 0) {
             *interfaceType = name.interfaceType;
@@ -201,7 +201,7 @@ viParseRsrcEx(ViSession session, ViConstString resource, ViUInt16* interfaceType
             expandedName == nullptr || alias == nullptr) {
             return VI_ERROR_USER_BUF;
         }
-        simulator::ResourceName name;
+        visa::ResourceName name;
         const ViStatus status = parse(Call::ParseRsrcEx, log, session, resource, name);
         if (status >= 0) {
             *interfaceType = name.interfaceType;

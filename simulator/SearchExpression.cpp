@@ -32,7 +32,7 @@ std::size_t conditionStart(std::string_view text)
 
 bool holds(const AttributeCondition& condition, const Bench& bench, const Bench::Hit& hit)
 {
-    const std::optional<ResourceName> name = lookUp(bench, bench.description(hit));
+    const std::optional<visa::ResourceName> name = lookUp(bench, bench.description(hit));
     AttributeTable attributes;
     if (name) {
         addInstrumentAttributes(attributes, *name);

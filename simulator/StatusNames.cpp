@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/StatusNames.h"
 
-#include "simulator/Numbers.h"
+#include "visa/Text.h"
 
 #include <array>
 #include <cstdio>
@@ -145,7 +145,7 @@ std::optional<ViStatus> statusFromText(const std::string& text)
     }
     const bool negative = !text.empty() && text.front() == '-';
     const std::uint64_t largest = negative ? 0x80000000U : 0xFFFFFFFFU;
-    const auto number = parseNumber(negative ? text.substr(1) : text, largest);
+    const auto number = visa::parseNumber(negative ? text.substr(1) : text, largest);
     if (!number) {
         return std::nullopt;
     }

@@ -34,16 +34,6 @@ constexpr ViStatus VI_ERROR_INV_MECH = visaError(0x0027);
 constexpr ViStatus VI_ERROR_ALLOC = visaError(0x003C);
 constexpr ViStatus VI_ERROR_USER_BUF = visaError(0x0071);
 
-constexpr ViUInt16 VI_INTF_GPIB = 1;
-constexpr ViUInt16 VI_INTF_VXI = 2;
-constexpr ViUInt16 VI_INTF_GPIB_VXI = 3;
-constexpr ViUInt16 VI_INTF_ASRL = 4;
-constexpr ViUInt16 VI_INTF_PXI = 5;
-constexpr ViUInt16 VI_INTF_TCPIP = 6;
-constexpr ViUInt16 VI_INTF_USB = 7;
-constexpr ViUInt16 VI_INTF_RIO = 8;
-constexpr ViUInt16 VI_INTF_FIREWIRE = 9;
-
 constexpr ViEventType VI_ALL_ENABLED_EVENTS = 0x3FFF7FFF;
 constexpr ViUInt16 VI_ALL_MECH = 0xFFFF;
 

@@ -31,6 +31,16 @@ constexpr int VI_FIND_BUFLEN = 256;
 
 constexpr ViObject VI_NULL = 0;
 
+constexpr ViUInt16 VI_INTF_GPIB = 1;
+constexpr ViUInt16 VI_INTF_VXI = 2;
+constexpr ViUInt16 VI_INTF_GPIB_VXI = 3;
+constexpr ViUInt16 VI_INTF_ASRL = 4;
+constexpr ViUInt16 VI_INTF_PXI = 5;
+constexpr ViUInt16 VI_INTF_TCPIP = 6;
+constexpr ViUInt16 VI_INTF_USB = 7;
+constexpr ViUInt16 VI_INTF_RIO = 8;
+constexpr ViUInt16 VI_INTF_FIREWIRE = 9;
+
 constexpr ViStatus VI_SUCCESS = 0;
 constexpr ViStatus visaError(ViUInt32 code)
 {

@@ -3,7 +3,7 @@
 
 #include "simulator/BenchEnvironment.h"
 #include "simulator/BenchFile.h"
-#include "simulator/ResourceName.h"
+#include "visa/ResourceName.h"
 #include "simulator/VisaClientApi.h"
 #include "tests/support/Files.h"
 
@@ -16,7 +16,7 @@
 
 using simulator::BenchFile;
 using simulator::BenchResource;
-using simulator::ResourceName;
+using visa::ResourceName;
 
 namespace {
 
@@ -91,7 +91,7 @@ TEST(BenchDocuments, TheSampleIsABelievableBench)
     int ports = 0;
     std::set<std::string> identifications;
     for (const BenchResource& resource : file.bench().resources()) {
-        const auto name = ResourceName::parse(resource.description);
+        const auto name = visa::parseResourceName(resource.description);
         ASSERT_TRUE(name) << resource.description;
         ports += name->interfaceType == VI_INTF_ASRL ? 1 : 0;
         EXPECT_TRUE(identifications.insert(resource.identification).second)
@@ -108,7 +108,7 @@ TEST(BenchDocuments, TheBuiltInBenchHasEveryInterfaceInPlainText)
     expectNoMessage(file);
     std::vector<std::string> kinds;
     for (const BenchResource& resource : file.bench().resources()) {
-        const auto name = ResourceName::parse(resource.description);
+        const auto name = visa::parseResourceName(resource.description);
         ASSERT_TRUE(name) << resource.description;
         EXPECT_TRUE(isAscii(resource.description + resource.identification));
         kinds.push_back(resource.description.substr(0, 4) + name->resourceClass);

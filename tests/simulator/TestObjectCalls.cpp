@@ -188,7 +188,7 @@ TEST_F(ObjectCalls, InstrumentsAnswerWhatTheBenchSays)
 {
     bench.write("resource ASRL1::INSTR idn=\"Quorvane,Meter,1,2\"\n"
                 "resource \"no resource string\" idn=nobody\n"
-                "resource GPIB0::{n}::INSTR repeat=30\n");
+                "resource GPIB0::{n}::INSTR repeat=29\n");
     const ViSession session = openManager();
     const ViSession meter = openInstrument(session, "asrl1");
     EXPECT_EQ(ask(meter, "*IDN?\n"), "Quorvane,Meter,1,2\n");
@@ -199,7 +199,7 @@ TEST_F(ObjectCalls, InstrumentsAnswerWhatTheBenchSays)
     EXPECT_EQ(ask(other, "*IDN?"), "Quorvane,Stand-in instrument,0,1.0\n");
 
     ViSession none = 77;
-    EXPECT_EQ(statusName(visa.open(session, "GPIB0::31::INSTR", 0, 0, &none)),
+    EXPECT_EQ(statusName(visa.open(session, "GPIB0::30::INSTR", 0, 0, &none)),
               "VI_ERROR_RSRC_NFOUND");
     EXPECT_EQ(statusName(visa.open(session, "no resource string", 0, 0, &none)),
               "VI_ERROR_INV_RSRC_NAME");

@@ -404,9 +404,9 @@ TEST_F(SearchCalls, ParsingInFullTellsClassAndName)
     EXPECT_EQ(alias.text(), "");
 
     // What does not fit into the client's buffer is cut off.
-    const std::string host(300, 'h');
-    EXPECT_EQ(parse("TCPIP0::" + host), "VI_SUCCESS");
-    EXPECT_EQ(name.text(), ("TCPIP0::" + host).substr(0, 255));
+    const std::string longName = "USB0::0x0001::0x0002::" + std::string(300, 's');
+    EXPECT_EQ(parse(longName), "VI_SUCCESS");
+    EXPECT_EQ(name.text(), longName.substr(0, 255));
     EXPECT_EQ(name.characters[256], '~');
 }
 

@@ -1,15 +1,9 @@
 // SPDX-License-Identifier: MIT
-#pragma once
+#include "visa/Text.h"
 
-#include <cstdint>
-#include <optional>
-#include <string_view>
+namespace visa {
 
-namespace simulator {
-
-/// A whole number from 0 to maximum, in decimal or with 0x in hexadecimal, without sign or blanks;
-/// nothing where the text is anything else.
-inline std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t maximum)
+std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t maximum)
 {
     unsigned base = 10;
     if (text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X')) {
@@ -37,4 +31,15 @@ inline std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint
     return value;
 }
 
-} // namespace simulator
+std::string toUpperCase(std::string_view text)
+{
+    std::string upper(text);
+    for (char& c : upper) {
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - 'a' + 'A');
+        }
+    }
+    return upper;
+}
+
+} // namespace visa
