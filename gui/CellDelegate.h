@@ -5,7 +5,7 @@
 
 namespace gui {
 
-/// Qt's delegate, but the editor of a cell tells a screen reader its column's title.
+/// Qt's delegate whose cell editors have the title of their column as accessible name.
 class CellDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

@@ -51,7 +51,7 @@ void MainWindow::startScan()
     try {
         m_scanThread = std::thread([] { ResourceDialog::updateResourceList(); });
     } catch (const std::system_error&) {
-        // Without a thread to spare the cache stays empty until the user refreshes it.
+        // No thread could be started: the cache stays empty until the user presses Refresh.
     }
 }
 
@@ -66,7 +66,7 @@ void MainWindow::setupUi()
     m_model.m_selectionModel = table.selectionModel();
     refreshButtonStatus();
     m_ui->actionSave->setEnabled(m_model.isDirty());
-    // The actions have no shortcuts: the keyboard comes to them by the tabulator or not at all.
+    // The actions have no shortcuts, so the Tab key must reach their buttons.
     for (QToolButton* button : m_ui->toolBar->findChildren<QToolButton*>()) {
         button->setFocusPolicy(Qt::TabFocus);
     }
@@ -82,7 +82,7 @@ void MainWindow::setupConnections()
     connect(m_ui->actionSave, SIGNAL(triggered()), &m_model, SLOT(save()));
     connect(m_ui->actionFind, SIGNAL(triggered()), this, SLOT(findResource()));
     connect(m_ui->actionEdit_properties, SIGNAL(triggered()), this, SLOT(setProperties()));
-    // A signature is written without blanks.
+    // Normalised signatures have no blanks.
     // clang-format off
     connect(m_ui->resourceView->selectionModel(),
             SIGNAL(selectionChanged(QItemSelection,QItemSelection)), this,
@@ -146,7 +146,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     }
 }
 
-/// A text that still stands in a cell's editor counts as typed: closing must not lose it unasked.
+/// Commits the text of an open cell editor, as if the user had pressed Return.
 void MainWindow::finishCellEdit()
 {
     if (m_ui->resourceView->viewport()->isAncestorOf(focusWidget())) {

@@ -14,9 +14,9 @@ class Ui_MainWindow;
 
 namespace gui {
 
-/// The program's one window: the table of resources and aliases, its tool bar and context menu.
-/// Construction loads the configuration and starts one scan for resources on a thread of its own;
-/// destruction waits for that scan. GUI thread only.
+/// The main window: the table of resources and aliases, its tool bar and context menu. The
+/// constructor loads the configuration and starts one scan for resources on a thread of its own;
+/// the destructor waits for that scan. GUI thread only.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ private:
 
     std::unique_ptr<Ui_MainWindow> m_ui;
     ConfigurationModel m_model;
-    /// The last context menu, kept while it may be on the screen.
+    /// The last context menu: it is shown without blocking, so it must outlive the slot.
     std::unique_ptr<QMenu> m_popupMenu;
     std::thread m_scanThread;
 };

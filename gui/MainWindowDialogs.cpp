@@ -24,7 +24,7 @@ void MainWindow::rsrcStringEditorEdit()
     if (!selection.hasSelection()) {
         return;
     }
-    // The composer shall show what the user typed last.
+    // The composer must show the text of an open cell editor.
     finishCellEdit();
     const int row = selection.currentIndex().row();
     const QModelIndex resource = m_model.index(row, ConfigurationModel::ResourceColumn);
@@ -48,8 +48,8 @@ void MainWindow::findResource()
     }
 }
 
-/// The model tells no view of a changed cell. A desktop that makes the window active again has it
-/// painted; not every desktop does.
+/// The model emits no signal for a changed cell. Closing a dialog usually repaints the table, but
+/// not with every window manager.
 void MainWindow::paintTable()
 {
     m_ui->resourceView->viewport()->update();

@@ -48,20 +48,20 @@ PropertyDialog::~PropertyDialog()
 void PropertyDialog::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
-    // Restoring shows a dialog that was maximised, and a window that is already shown does not
-    // become modal when exec() asks for it.
+    // restoreWindowSettings() shows a dialog that was maximised, and exec() does not make a window
+    // modal that is already visible.
     setModal(true);
     restoreWindowSettings();
     redrawtree();
-    // The stored tab counts the tabs that were left when it was stored, and is applied to all
-    // four. Deliberate: which tab a user comes back to is part of the behaviour.
+    // The stored index counts the two tabs that remain but is applied to all four. Deliberate:
+    // which tab opens again is part of the behaviour.
     removeTab(*m_ui->tabWidget, m_ui->tabConfMang);
     removeTab(*m_ui->tabWidget, m_ui->tabGpibProperties);
 }
 
 void PropertyDialog::setupConnections()
 {
-    // A signature is written without blanks.
+    // Normalised signatures have no blanks.
     // clang-format off
     connect(m_ui->PropertyTree, SIGNAL(itemChanged(QTreeWidgetItem*,int)), this,
             SLOT(itemChanged(QTreeWidgetItem*,int)));
@@ -82,7 +82,7 @@ unsigned short PropertyDialog::getProvider() const
     if (!isNumber || text.trimmed().isEmpty()) {
         return QvVisa::ModernConfigurationFile::defaultProvider;
     }
-    // The field takes up to 99999: what is beyond 16 bits deliberately wraps.
+    // The field accepts up to 99999; larger values than 65535 deliberately wrap.
     return static_cast<unsigned short>(provider);
 }
 

@@ -16,47 +16,45 @@ class Ui_PropertyDialog;
 namespace gui {
 
 /// The modal dialog for the serial ports' default settings, the GPIB boards and the provider ID.
-/// It works on copies: OK hands them to the model, anything else throws them away. The tabs for
+/// It works on copies: OK passes them to the model, anything else discards them. The tabs for
 /// the GPIB boards and for a conflict manager are built but not shown. GUI thread only.
 class PropertyDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Asks the VISA library for the serial ports and blocks for as long as that takes. The model
-    /// must outlive the dialog. A dialog that was last closed maximised is on the screen, modal,
-    /// when the constructor returns.
+    /// Searches the VISA library for serial ports and blocks for as long as that takes. The model
+    /// must outlive the dialog. If the dialog was last closed maximised, the constructor shows it.
     PropertyDialog(ConfigurationModel& model, QWidget* parent);
     ~PropertyDialog() override;
 
-    /// The provider ID as typed, its low 16 bits where more was typed; the default ID where
-    /// nothing was.
+    /// The low 16 bits of the provider ID that was typed; the default ID if the field is empty.
     unsigned short getProvider() const;
 
 public slots:
-    /// Shows the GPIB boards of the working copy anew.
+    /// Fills the tree from the working copy of the GPIB boards again.
     void redrawtree();
-    /// Takes an edited row of the tree into the working copy, or shows the row anew where a text
-    /// is not a number.
+    /// Copies an edited row of the tree into the working copy; fills the tree again if a text is
+    /// not a number.
     void itemChanged(QTreeWidgetItem* item, int column);
-    /// Adds the board behind the last one, with default properties.
+    /// Adds a board with default properties, numbered after the last one.
     void addDevice();
     /// Removes the board of the first selected row.
     void removeDevice();
-    /// Pops up the tree's menu; pos is a point of the tree's viewport. Does not wait for it.
+    /// Shows the tree's context menu without blocking; pos is in the tree's viewport.
     void treePopupMenu(QPoint pos);
-    /// Does nothing: the VISA implementations it served are not shown.
+    /// Does nothing: the list of VISA implementations is not shown.
     void setVisaComboboxIndex(int index);
     /// Does nothing, like setVisaComboboxIndex().
     void VisaCheckBoxStateChanged(bool enabled);
-    /// Hands provider, boards and ports to the model and closes the dialog.
+    /// Passes provider, boards and ports to the model and closes the dialog.
     void accept() override;
-    /// Takes what is shown of the present port into the working copy and shows the port at this
-    /// index of the list; -1 shows none.
+    /// Copies the settings on display into the working copy and shows the port at this index of
+    /// the list; -1 for none.
     void serialInterfaceChanged(int iIndex);
-    /// Does nothing: the operating system's own settings are not shown.
+    /// Does nothing: the operating system's settings are not shown.
     void setDefaultOs();
-    /// Shows default settings for the present port.
+    /// Shows default settings for the current port.
     void setDefaultQv();
 
 private:

@@ -18,7 +18,7 @@ namespace gui {
 
 namespace {
 
-/// The tree shows the boards in the map's order: a top-level row is a position in the map.
+/// The tree shows the boards in the order of the map, so a top-level row is an index into it.
 void eraseRow(QvVisa::GpibPropertiesMap& boards, int row)
 {
     if (row >= 0 && static_cast<std::size_t>(row) < boards.size()) {
@@ -66,8 +66,8 @@ void PropertyDialog::itemChanged(QTreeWidgetItem* item, int column)
     if (changesNumber) {
         eraseRow(m_gpibProperties, m_ui->PropertyTree->indexOfTopLevelItem(item->parent()));
     }
-    // The record is deliberately made anew: a secondary address it had is gone, and a board that
-    // had the number is replaced. Numbers beyond 16 bits wrap.
+    // Deliberately a new record: the secondary address is reset, and a board that already has the
+    // number is replaced. Numbers wrap at 16 bits.
     QvVisa::SGpibProperties properties;
     properties.primaryAddress = static_cast<std::uint16_t>(address);
     properties.systemController = isController ? 1 : 0;
@@ -79,7 +79,7 @@ void PropertyDialog::itemChanged(QTreeWidgetItem* item, int column)
 
 void PropertyDialog::addDevice()
 {
-    // Behind board 65535 comes board 0, which is replaced.
+    // After board 65535 the number wraps to 0 and replaces that board.
     const unsigned short board =
         m_gpibProperties.empty()
             ? static_cast<unsigned short>(0)

@@ -27,7 +27,7 @@ void fill(QComboBox& combo, const std::array<std::uint32_t, Count>& values)
     }
 }
 
-/// Selects a value; one that the list lacks is put on top of it first.
+/// Selects a value; inserts it at the top if the list does not have it.
 void select(QComboBox& combo, std::uint32_t value)
 {
     int index = combo.findData(value);
@@ -38,7 +38,7 @@ void select(QComboBox& combo, std::uint32_t value)
     combo.setCurrentIndex(index);
 }
 
-/// Codes and positions in the list agree but for the last position, whose code jumps.
+/// Codes equal list indexes except for the last one.
 constexpr int s_lastFlowControlIndex = 3;
 constexpr std::uint8_t s_lastFlowControlCode = 6;
 
@@ -93,7 +93,7 @@ void PropertyDialog::UpdateVisaSerialSettings(QvVisa::SSerialProperties const& p
 
 void PropertyDialog::GetDisplayVisaSerialSettings(QvVisa::SSerialProperties& properties) const
 {
-    // A rate that does not fit a signed number is no number to QString: it is read back as 0.
+    // toInt() gives 0 for a rate that does not fit a signed 32-bit number.
     properties.baudrate =
         static_cast<std::uint32_t>(m_ui->comboBoxQvBaudrate->currentText().toInt(nullptr, 10));
     properties.dataBits =
@@ -116,7 +116,7 @@ void PropertyDialog::serialInterfaceChanged(int iIndex)
             m_serialProperties[serialInterfaceNumber(m_currentSerialIndex)]);
     }
     if (iIndex >= 0) {
-        // A port that has no entry yet gets one, also where the user leaves it at its defaults.
+        // Deliberate: a port without an entry gets one, even if its settings stay at the defaults.
         UpdateVisaSerialSettings(m_serialProperties[serialInterfaceNumber(iIndex)]);
     }
     m_currentSerialIndex = iIndex;

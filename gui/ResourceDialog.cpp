@@ -40,9 +40,10 @@ void ResourceDialog::replaceCache(const QStringList& resources)
     s_resources = resources;
 }
 
-QStringList ResourceDialog::copyOfCache()
+QStringList ResourceDialog::copyCache()
 {
     const std::lock_guard<std::mutex> lock(s_resourceCopyMutex);
+    m_isCopyPreliminary = s_resourceListUpdateInProcess;
     return s_resources;
 }
 
@@ -61,7 +62,7 @@ void ResourceDialog::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     // Not under s_resourceListMutex: a dialog is constructed without waiting for a running scan.
-    m_ui->rsrcList->addItems(copyOfCache());
+    m_ui->rsrcList->addItems(copyCache());
     m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Select"));
 }
 
@@ -89,6 +90,7 @@ void ResourceDialog::refreshList(bool rescan)
     m_ui->refreshButton->setEnabled(false);
     setCursor(Qt::WaitCursor);
     m_ui->rsrcList->clear();
+    m_isCopyPreliminary = false;
     // The dialog does not respond from here on: paint the wait state first.
     repaint();
     if (rescan) {
@@ -113,7 +115,8 @@ void ResourceDialog::itemDoubleClicked(QListWidgetItem*)
 void ResourceDialog::showEvent(QShowEvent* event)
 {
     QDialog::showEvent(event);
-    if (s_resourceListUpdateInProcess) {
+    // A scan that was running when the cache was copied may have ended since.
+    if (s_resourceListUpdateInProcess || m_isCopyPreliminary) {
         // The dialog is not on the screen before this event has ended, so the pointer is over
         // another window of the program, which does not respond either.
         QGuiApplication::setOverrideCursor(Qt::WaitCursor);

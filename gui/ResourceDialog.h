@@ -45,7 +45,7 @@ private slots:
 
 private:
     static void replaceCache(const QStringList& resources);
-    static QStringList copyOfCache();
+    QStringList copyCache();
     /// Fills the list from the cache again, after a scan if rescan is set, otherwise after any scan
     /// that is running.
     void refreshList(bool rescan);
@@ -55,6 +55,8 @@ private:
     void saveWindowSettings() const;
 
     std::unique_ptr<Ui_ResourceDialog> m_ui;
+    /// The listed copy of the cache was made while a scan was running.
+    bool m_isCopyPreliminary = false;
 
     static QStringList s_resources;
     /// Guards every change of s_resources and is held for the whole of a scan.

@@ -12,13 +12,13 @@ ResourceParts trimmed(const ResourceParts& parts)
             parts.serialNumber.trimmed()};
 }
 
-/// The default port goes without saying; any other spelling of it does not.
+/// The default port is left out, but only in exactly this spelling.
 QString hiSlipPortPart(const QString& port)
 {
     return port.isEmpty() || port == hiSlipPort() ? QString() : QLatin1Char(',') + port;
 }
 
-/// A socket has no default port: what is known is said.
+/// A socket has no default port: 5025 is written as well.
 QString socketPortPart(const QString& port)
 {
     return port.isEmpty() ? QString() : QLatin1String("::") + port;

@@ -5,7 +5,7 @@
 
 namespace gui {
 
-/// The interfaces that a resource string can be composed for. The numbers are the positions in the
+/// The interfaces that a resource string can be composed for. The values are the indexes in the
 /// composer's list.
 enum class InterfaceType : int
 {
@@ -29,15 +29,15 @@ struct ResourceParts
     QString serialNumber;
 };
 
-/// The port that HiSLIP uses where a resource string names none.
+/// The port that HiSLIP uses if a resource string has none.
 QString hiSlipPort();
 
 /// The port that is offered for a raw socket.
 QString socketPort();
 
-/// The resource string that these parts make: parts the interface has no use for are ignored,
-/// empty ones stand in it as empty text, and nothing is checked. Parts are trimmed, but for the
-/// port of HiSLIP. A type outside the enumeration gives an empty string. Any thread.
+/// Composes a resource string. Parts that the interface does not use are ignored, empty parts are
+/// inserted as empty text, and nothing is checked. Parts are trimmed, except for the port of
+/// HiSLIP. A type outside the enumeration gives an empty string. Any thread.
 QString composeResourceString(InterfaceType type, const ResourceParts& parts);
 
 } // namespace gui

@@ -14,7 +14,7 @@ namespace gui {
 
 namespace {
 
-/// The form keeps a group for GPIB boards, but the list offers no such interface.
+/// Deliberately beyond the list: the group for GPIB boards is never shown.
 constexpr int s_gpibIndex = 6;
 
 WindowSettings windowSettings()
@@ -36,7 +36,7 @@ RsrcStringEditor::RsrcStringEditor(QWidget* parent)
       m_ui(std::make_unique<Ui_RsrcStringEditor>())
 {
     m_ui->setupUi(this);
-    // Before the list has an item: the first one inserted lays out the fields.
+    // Before the list has items: inserting the first one shows its fields.
     setupConnections();
     setupUi();
     restoreWindowSettings();
@@ -51,7 +51,7 @@ void RsrcStringEditor::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
 
-    // The order is InterfaceType's.
+    // In the order of InterfaceType.
     m_ui->IfcComboBox->addItems({QStringLiteral("VXI-11"), QStringLiteral("HiSlip"),
                                  QStringLiteral("Socket"), QStringLiteral("QVIB"),
                                  QStringLiteral("USB"), QStringLiteral("Serial")});
@@ -77,7 +77,7 @@ void RsrcStringEditor::setupUi()
 
 void RsrcStringEditor::setValidator(QLineEdit& edit, const QString& pattern)
 {
-    // With Unicode properties, white space means all of it, no-break space included.
+    // With Unicode properties, \s also matches a no-break space.
     const QRegularExpression expression(pattern, QRegularExpression::UseUnicodePropertiesOption);
     edit.setValidator(new QRegularExpressionValidator(expression, this));
 }

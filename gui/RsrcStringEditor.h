@@ -11,32 +11,32 @@ class Ui_RsrcStringEditor;
 namespace gui {
 
 /// The modal "VISA Resource String Composer": one resource string and its alias, typed, picked
-/// from the found resources, or built from fields. Building goes one way: a change of a field
-/// rewrites the resource string, a resource string is never split into the fields. The results
-/// count only when the dialog was accepted. GUI thread only.
+/// from the found resources, or composed from fields. A change of a field replaces the resource
+/// string; a resource string is never parsed into the fields. The results are valid only after
+/// the dialog was accepted. GUI thread only.
 class RsrcStringEditor : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Starts with an empty VXI-11 resource, at the window's last size and position.
+    /// Starts with a VXI-11 resource without host, at the window's last size and position.
     explicit RsrcStringEditor(QWidget* parent);
     ~RsrcStringEditor() override;
 
-    /// The text is taken as it is; the fields keep theirs.
+    /// Sets the text unchanged; leaves the fields alone.
     void setRsrcString(const QString& resource);
     /// Trimmed, not checked; may be empty.
     QString getRsrcString() const;
 
-    /// The text is taken as it is, with characters too that could not be typed.
+    /// Sets the text unchanged, including characters that the field does not let the user type.
     void setAlias(const QString& alias);
     /// Trimmed; may be empty.
     QString getAlias() const;
 
 private slots:
-    /// Shows the fields of the interface at this position of the list and composes anew.
+    /// Shows the fields of the interface at this index of the list and composes the string.
     void currentIndexChanged(int index);
-    /// Composes anew from all fields, whichever the text came from.
+    /// Composes the string from all fields; the argument is ignored.
     void updateRsrcString(const QString& text);
     void findResource();
 

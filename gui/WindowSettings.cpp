@@ -23,7 +23,7 @@ QString positionKey()
     return QStringLiteral("pos");
 }
 
-/// Holds whether the window was maximised; the name is older than that meaning.
+/// Despite its name: whether the window was maximised.
 QString maximisedKey()
 {
     return QStringLiteral("fullscreen");
@@ -58,8 +58,8 @@ void WindowSettings::restore(QWidget& window, QTabWidget* tabs) const
     const QPoint position = settings.value(positionKey(), window.pos()).toPoint();
     window.move(position);
     if (QWindow* handle = window.windowHandle(); handle != nullptr && !handle->isVisible()) {
-        // A window that is about to be shown has no frame yet, so Qt takes the position for that
-        // of its inside: it would wander by its frame each time it is opened.
+        // Before the first show, Qt treats pos() as the client position; set the frame position, or
+        // the window drifts by its title bar.
         handle->setFramePosition(position);
     }
     if (tabs != nullptr) {

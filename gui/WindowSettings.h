@@ -8,9 +8,9 @@ class QWidget;
 
 namespace gui {
 
-/// Keeps one window's size, position and more over restarts, in the user's settings for this
-/// application. What is stored is applied as it stands, off the screen too; what is missing leaves
-/// the window centred on the default screen at its present size. GUI thread only.
+/// Saves and restores a window's size, position and more in the user's settings for this
+/// application. Stored values are applied unchanged, even off the screen; without them the window
+/// is centred on the default screen at its present size. GUI thread only.
 class WindowSettings
 {
 public:
@@ -20,11 +20,11 @@ public:
         NotKept
     };
 
-    /// The group that the window's settings are stored in.
+    /// group: the settings group of the window.
     explicit WindowSettings(const QString& group, Maximised maximised = Maximised::Kept);
 
-    /// With tabs, their current index is restored or saved as well. A window that was maximised is
-    /// shown by restore().
+    /// With tabs, their current index is restored or saved as well. restore() shows a window that
+    /// was maximised.
     void restore(QWidget& window, QTabWidget* tabs = nullptr) const;
     void save(const QWidget& window, const QTabWidget* tabs = nullptr) const;
 

@@ -92,6 +92,7 @@ private slots:
     void constructionDoesNotWait();
     void showWaitsForTheScan();
     void showAfterTheScanDoesNotWait();
+    void listIsCompleteWhenTheScanEndsBetweenConstructionAndShow();
     void refreshWaitsForTheScanAndAsksAgain();
     void secondScanWaitsForTheFirst();
     void cacheIsReadWhileScansReplaceIt();
@@ -152,6 +153,18 @@ void TestWaiting::showAfterTheScanDoesNotWait()
     ResourceDialogCase next;
     next.show();
     QCOMPARE(next.listed(), QStringLiteral("b"));
+}
+
+void TestWaiting::listIsCompleteWhenTheScanEndsBetweenConstructionAndShow()
+{
+    support::BenchFixture bench;
+    std::optional<HeldScan> scan(std::in_place, bench, "resource b\nresource a\n");
+    QVERIFY(scan->hasBegun());
+    ResourceDialogCase find;
+    scan.reset();
+    QCOMPARE(find.list().count(), 0);
+    find.show();
+    QCOMPARE(find.listed(), QStringLiteral("a b"));
 }
 
 void TestWaiting::refreshWaitsForTheScanAndAsksAgain()
