@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "config/ConfigurationFile.h"
 
-#include "config/ConfigurationFileSearch.h"
 #include "config/FileDescriptor.h"
 #include "config/ModernConfigurationFile.h"
 #include "config/UpperCase.h"
@@ -86,11 +85,6 @@ void ConfigurationFile::load()
     m_provider = implementation->getProviderId();
     m_implementation = std::move(implementation);
     m_modificationTime = time.value_or(m_modificationTime);
-}
-
-std::string ConfigurationFile::searchConfigFile(bool forWriting)
-{
-    return QvVisa::searchConfigFile(forWriting);
 }
 
 std::string ConfigurationFile::lookupAlias(const std::string& resource) const

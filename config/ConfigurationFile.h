@@ -91,7 +91,7 @@ private:
     std::string m_path;
 
 public:
-    unsigned short m_provider = ModernConfigurationFile::defaultProvider;
+    unsigned short m_provider = defaultProvider;
     std::unordered_map<std::string, std::string> m_aliases;
     std::vector<std::string> m_resources;
     SerialPropertiesMap m_serialProperties;

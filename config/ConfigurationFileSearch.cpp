@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "config/ConfigurationFileSearch.h"
+#include "config/ConfigurationFile.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,8 +14,8 @@ namespace {
 
 constexpr const char* s_systemWideFile = "/Library/Preferences/com.quorvane.visa.conf";
 
-/// The file status that all steps of one search share: a query that fails leaves what the last
-/// successful one saw. Before any, it is no regular file's.
+/// The file status that all steps of one search share. A query that fails keeps the status of the
+/// last successful one; before that, it counts as not a regular file.
 class SharedStatus
 {
 public:
@@ -54,8 +54,8 @@ bool isExistingFile(const std::string& path, SharedStatus& status)
     return status.query(path) && status.isRegularFile();
 }
 
-/// For writing, a file whose status cannot be had counts by the type of the one queried before it.
-/// That is meant: no step leaves a regular file behind, so only existing files are ever found.
+/// If stat() fails and forWriting is set, the previous successful stat() decides. Deliberate: each
+/// step returns a regular file that it sees, so only existing files are ever found.
 bool isExistingOrWritableFile(const std::string& path, bool forWriting, SharedStatus& status)
 {
     return (status.query(path) || forWriting) && status.isRegularFile();
@@ -63,7 +63,7 @@ bool isExistingOrWritableFile(const std::string& path, bool forWriting, SharedSt
 
 } // namespace
 
-std::string searchConfigFile(bool forWriting)
+std::string ConfigurationFile::searchConfigFile(bool forWriting)
 {
     SharedStatus status;
     if (const auto path = environmentVariable("QVVISACONFFILE")) {

@@ -33,8 +33,8 @@ struct ConfigurationLine
     std::string_view second;
 };
 
-/// Tells what a line (without its line feed) is. Any bytes are valid. The time is linear in the
-/// line, nothing is allocated, and the global locale has no say: white space is blank, \t, \n,
+/// Classifies a line (without its line feed). Any bytes are valid. The time is linear in the
+/// line, nothing is allocated, and the global locale is ignored: white space is blank, \t, \n,
 /// \v, \f and \r, digits are 0 to 9, letters those of ASCII.
 ConfigurationLine matchConfigurationLine(std::string_view line) noexcept;
 

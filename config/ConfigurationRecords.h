@@ -6,6 +6,9 @@
 
 namespace QvVisa {
 
+/// The provider (manufacturer) ID of a configuration that names none.
+inline constexpr unsigned short defaultProvider = 0xE5A;
+
 /// Settings of one GPIB board.
 struct SGpibProperties
 {
@@ -16,8 +19,8 @@ struct SGpibProperties
     std::uint16_t systemController = 1;
 };
 
-/// Default line settings of one serial (ASRL) port. The three codes are kept as the file or the
-/// editor gave them, also where they stand outside the lists named here.
+/// Line settings of one serial (ASRL) port. The three codes are kept as the file or the editor gave
+/// them, also when they are not listed here.
 struct SSerialProperties
 {
     /// Bits per second.

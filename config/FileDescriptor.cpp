@@ -26,7 +26,7 @@ FileDescriptor::~FileDescriptor()
 
 FileDescriptor FileDescriptor::openForReading(const std::string& path)
 {
-    // O_NONBLOCK: a pipe that took the file's place must not hold us up in open().
+    // O_NONBLOCK: opening a pipe that has taken the file's place must not block.
     FileDescriptor file(
         uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
     struct stat status = {};
@@ -40,6 +40,57 @@ bool FileDescriptor::close()
 {
     const int descriptor = std::exchange(m_descriptor, -1);
     return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
+}
+
+ssize_t readFully(int descriptor, char* bytes, std::size_t size)
+{
+    std::size_t length = 0;
+    while (length < size) {
+        const ssize_t count = uninterrupted([=] {
+            return ::pread(descriptor, bytes + length, size - length, static_cast<off_t>(length));
+        });
+        if (count < 0) {
+            return -1;
+        }
+        if (count == 0) {
+            break;
+        }
+        length += static_cast<std::size_t>(count);
+    }
+    return static_cast<ssize_t>(length);
+}
+
+bool writeFully(int descriptor, std::string_view bytes)
+{
+    off_t offset = 0;
+    while (!bytes.empty()) {
+        const ssize_t count =
+            uninterrupted([=] { return ::pwrite(descriptor, bytes.data(), bytes.size(), offset); });
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+        offset += count;
+    }
+    return true;
+}
+
+bool flushToDisk(int descriptor)
+{
+#ifdef F_FULLFSYNC
+    // fsync() on macOS only reaches the drive's cache.
+    if (::fcntl(descriptor, F_FULLFSYNC) == 0) {
+        return true;
+    }
+#endif
+    const bool isFlushed = uninterrupted([descriptor] { return ::fsync(descriptor); }) == 0;
+    if (!isFlushed && errno != EINVAL && errno != ENOTSUP) {
+        return false;
+    }
+    // Some network file systems report failed writes only when a descriptor is closed. A duplicate
+    // keeps the file open.
+    FileDescriptor duplicate(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+    return duplicate.isOpen() && duplicate.close();
 }
 
 } // namespace QvVisa

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <sys/types.h>
+
 #include <cerrno>
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace QvVisa {
 
-/// Makes a system call, again as long as a signal interrupts it. Not for close(), which has closed
-/// the file then.
+/// Makes a system call and repeats it as long as a signal interrupts it. Not for close(): the
+/// descriptor is gone even if close() was interrupted.
 template <typename Call>
 auto uninterrupted(Call call)
 {
@@ -37,11 +41,23 @@ public:
     bool isOpen() const { return m_descriptor >= 0; }
     int get() const { return m_descriptor; }
 
-    /// Closes early; false when the system reports that what was written may be lost.
+    /// Closes early; false when the system reports that written data may be lost.
     bool close();
 
 private:
     int m_descriptor = -1;
 };
+
+/// Reads from the file's start until size bytes are read or the file ends, and returns the number
+/// of bytes read; -1, with errno set, when a read fails. Does not move the file offset.
+ssize_t readFully(int descriptor, char* bytes, std::size_t size);
+
+/// Writes all bytes at the file's start. False, with errno set, when a write fails: any part of the
+/// bytes may have been written. Does not move the file offset.
+bool writeFully(int descriptor, std::string_view bytes);
+
+/// Waits until the file's data has reached the disk. False, with errno set, when that failed; true
+/// on a file system that cannot flush.
+bool flushToDisk(int descriptor);
 
 } // namespace QvVisa

@@ -26,7 +26,7 @@ public:
     /// 3674 (0xE5A) until a file has named another.
     virtual unsigned short getProviderId() const = 0;
 
-    /// Reads the file anew and replaces the caller's tables: alias name to resource string, the
+    /// Reads the file and replaces the caller's tables: alias name to resource string, the
     /// resources without an alias in the file's order, the provider ID.
     virtual void parse(std::unordered_map<std::string, std::string>& aliases,
                        std::vector<std::string>& resources, unsigned short& provider) = 0;

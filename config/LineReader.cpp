@@ -3,7 +3,6 @@
 
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstring>
 
 namespace QvVisa {
@@ -33,7 +32,7 @@ bool LineReader::next(std::string_view& line)
                 return true;
             }
         }
-        // What was searched once is not searched again: a long line stays linear.
+        // Bytes searched once are not searched again: a long line takes linear time.
         searched = available;
         if (!readMore()) {
             break;
@@ -60,10 +59,8 @@ bool LineReader::readMore()
     if (m_end == m_buffer.size()) {
         m_buffer.resize(m_buffer.empty() ? s_firstBufferSize : m_buffer.size() * 2);
     }
-    ssize_t count = 0;
-    do {
-        count = ::read(m_file.get(), m_buffer.data() + m_end, m_buffer.size() - m_end);
-    } while (count < 0 && errno == EINTR);
+    const ssize_t count = uninterrupted(
+        [this] { return ::read(m_file.get(), m_buffer.data() + m_end, m_buffer.size() - m_end); });
     if (count < 0) {
         m_hasFailed = true;
         return false;

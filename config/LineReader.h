@@ -22,7 +22,7 @@ public:
     /// after a failure.
     bool next(std::string_view& line);
 
-    /// True when the file could not be opened or a read failed: the lines seen are not all.
+    /// True when the file could not be opened or a read failed: lines are missing.
     bool hasFailed() const { return m_hasFailed; }
 
 private:

@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "config/ModernConfigurationFile.h"
 
+#include "config/AtomicFileWrite.h"
 #include "config/ConfigurationLine.h"
 #include "config/ConfigurationValue.h"
 #include "config/FileDescriptor.h"
-#include "config/FileReplacement.h"
 #include "config/LineReader.h"
 #include "config/UpperCase.h"
 
-#include <unistd.h>
-
 #include <array>
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <limits>
@@ -97,7 +94,7 @@ void ModernConfigurationFile::parse(std::unordered_map<std::string, std::string>
     try {
         readLines();
         if (m_wasRead) {
-            // Copied aside first: running out of memory here must not cost the caller's tables.
+            // Copied first: running out of memory here must not cost the caller's tables.
             auto aliasesRead = m_aliases;
             auto resourcesRead = m_resources;
             aliases = std::move(aliasesRead);
@@ -191,7 +188,7 @@ void ModernConfigurationFile::write(const std::string& path,
         text += resource;
         text += '\n';
     }
-    replaceFileContents(path, text);
+    writeFileAtomically(path, text);
 }
 
 std::string ModernConfigurationFile::GetVersionString()
@@ -207,21 +204,11 @@ bool ModernConfigurationFile::isParseAble(std::string path)
     if (!file.isOpen()) {
         return false;
     }
-    // The header holds no line feed: its bytes at the front of the file are the first line's.
+    // The header holds no line feed: the file's first bytes are the first line's.
     const std::string header = GetVersionString();
     std::string start(header.size(), '\0');
-    std::size_t length = 0;
-    while (length < start.size()) {
-        const ssize_t count = ::read(file.get(), start.data() + length, start.size() - length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            return false;
-        }
-        length += static_cast<std::size_t>(count);
-    }
-    return start == header;
+    const ssize_t length = readFully(file.get(), start.data(), start.size());
+    return length == static_cast<ssize_t>(header.size()) && start == header;
 }
 
 } // namespace QvVisa

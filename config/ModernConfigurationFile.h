@@ -15,9 +15,6 @@ namespace QvVisa {
 class ModernConfigurationFile : public IConfigurationFileImpl
 {
 public:
-    /// The maker's own provider (manufacturer) ID.
-    static constexpr unsigned short defaultProvider = 0xE5A;
-
     /// Reads nothing yet.
     explicit ModernConfigurationFile(const std::string& path);
 
@@ -37,17 +34,17 @@ public:
     bool wasRead() const;
 
     /// True when the last parse() reached the end of a file whose first line begins with the
-    /// version header. isParseAble() tells so of a path, where another file may stand a moment
-    /// later.
+    /// version header. Unlike isParseAble(), this is about the file that was read: another one may
+    /// have taken the path since.
     bool hadHeader() const;
 
-    /// Writes the file anew: version header, provider, serial lines, resources, aliases; no GPIB
-    /// lines. A file that cannot be written stays as it was, without a message; see
-    /// config/FileReplacement.h for what holds if the save is cut short.
+    /// Replaces the file's contents: version header, provider, serial lines, resources, aliases; no
+    /// GPIB lines. A file that cannot be written stays as it was, without a message;
+    /// config/AtomicFileWrite.h says what a save guarantees when it is interrupted.
     void save() const;
 
-    /// save() for contents that someone else holds: copying large tables would take longer than
-    /// writing them.
+    /// save() for tables that the caller holds: copying large tables would take longer than writing
+    /// them.
     static void write(const std::string& path,
                       const std::unordered_map<std::string, std::string>& aliases,
                       const std::vector<std::string>& resources,

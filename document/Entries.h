@@ -42,7 +42,7 @@ public:
     std::vector<Resource> resources;
     GpibPropertiesMap gpib;
     SerialPropertiesMap serial;
-    std::uint16_t provider = ModernConfigurationFile::defaultProvider;
+    std::uint16_t provider = defaultProvider;
     /// The provider line that decides; none when no valid line names one.
     std::optional<std::size_t> providerLine;
 };

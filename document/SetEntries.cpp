@@ -175,7 +175,7 @@ void EntryWriter::writeProvider()
     outcome.number = *m_wanted.provider;
     const std::string digits = std::to_string(outcome.number);
     if (!m_providerLine) {
-        if (outcome.number == ModernConfigurationFile::defaultProvider) {
+        if (outcome.number == defaultProvider) {
             m_outcomes.add(std::move(outcome));
             return;
         }

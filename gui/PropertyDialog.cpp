@@ -80,7 +80,7 @@ unsigned short PropertyDialog::getProvider() const
     bool isNumber = false;
     const int provider = text.toInt(&isNumber, 10);
     if (!isNumber || text.trimmed().isEmpty()) {
-        return QvVisa::ModernConfigurationFile::defaultProvider;
+        return QvVisa::defaultProvider;
     }
     // The field accepts up to 99999; larger values than 65535 deliberately wrap.
     return static_cast<unsigned short>(provider);

@@ -83,7 +83,7 @@ std::string told(const Reading& reading)
     for (const auto& [alias, resource] : reading.aliases) {
         text.append("the alias `").append(alias).append("` for `").append(resource) += '`';
     }
-    if (reading.provider != QvVisa::ModernConfigurationFile::defaultProvider) {
+    if (reading.provider != QvVisa::defaultProvider) {
         text += "the provider " + std::to_string(reading.provider);
     }
     const QvVisa::SSerialProperties defaults;

@@ -14,15 +14,38 @@ ReaderReadCalls::Answer& answerInUse()
     return answer;
 }
 
-} // namespace
+constexpr off_t s_sequential = -1;
+/// The offset of the call that is being answered; none for read().
+off_t s_offset = s_sequential;
 
-extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size);
-
-extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size)
+/// The system's function of that name.
+template <typename Function>
+Function* next(const char* name)
 {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+ssize_t answerFrom(off_t offset, int descriptor, void* buffer, std::size_t size)
+{
+    s_offset = offset;
     const ReaderReadCalls::Answer& answer = answerInUse();
     return answer ? answer(descriptor, buffer, size)
                   : ReaderReadCalls::original(descriptor, buffer, size);
+}
+
+} // namespace
+
+extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size);
+extern "C" ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t offset);
+
+extern "C" ssize_t read(int descriptor, void* buffer, std::size_t size)
+{
+    return answerFrom(s_sequential, descriptor, buffer, size);
+}
+
+extern "C" ssize_t pread(int descriptor, void* buffer, std::size_t size, off_t offset)
+{
+    return answerFrom(offset, descriptor, buffer, size);
 }
 
 ReaderReadCalls::ReaderReadCalls(Answer answer)
@@ -37,7 +60,7 @@ ReaderReadCalls::~ReaderReadCalls()
 
 ssize_t ReaderReadCalls::original(int descriptor, void* buffer, std::size_t size)
 {
-    using Read = ssize_t (*)(int, void*, std::size_t);
-    static const auto s_read = reinterpret_cast<Read>(::dlsym(RTLD_NEXT, "read"));
-    return s_read(descriptor, buffer, size);
+    return s_offset == s_sequential
+               ? next<decltype(::read)>("read")(descriptor, buffer, size)
+               : next<decltype(::pread)>("pread")(descriptor, buffer, size, s_offset);
 }

@@ -2,7 +2,7 @@
 // Looks of the store at its file in which one system call after the other goes wrong, or another
 // program comes in between.
 
-#include "tests/config/SaveFaultsRun.h"
+#include "tests/config/saving/SaveFaultsRun.h"
 #include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
 

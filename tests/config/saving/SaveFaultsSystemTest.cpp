@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Saves on a system that is short of room, and beside other programs.
 
+#include "config/AtomicFileWrite.h"
 #include "config/ConfigurationFile.h"
-#include "config/FileReplacement.h"
 #include "config/ModernConfigurationFile.h"
 #include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
@@ -29,7 +29,7 @@
 namespace {
 
 namespace fs = std::filesystem;
-using QvVisa::replaceFileContents;
+using QvVisa::writeFileAtomically;
 using support::readFile;
 using support::writeFile;
 
@@ -56,7 +56,7 @@ bool replaceWithinLimit(const fs::path& file, std::size_t size, rlim_t limit)
         if (::setrlimit(RLIMIT_FSIZE, &limits) != 0) {
             ::_exit(1);
         }
-        return replaceFileContents(file, std::string(size, 'n'));
+        return writeFileAtomically(file, std::string(size, 'n'));
     });
 }
 
@@ -139,10 +139,10 @@ TEST_F(SaveFaultsSystem, KeepTheOldFileWhenTheDiskIsFull)
                 }
                 fillFileSystem(folder(), room);
                 const std::ptrdiff_t count = countIn(folder());
-                const bool isKept = !replaceFileContents(file(), bytes) &&
+                const bool isKept = !writeFileAtomically(file(), bytes) &&
                                     readFile(file()) == old && countIn(folder()) == count;
                 fs::remove(folder() / "filler");
-                return isKept && replaceFileContents(file(), bytes) && readFile(file()) == bytes;
+                return isKept && writeFileAtomically(file(), bytes) && readFile(file()) == bytes;
             })) << (isLinked ? "linked" : "plain")
                 << ", room " << room;
         }

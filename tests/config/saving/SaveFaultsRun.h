@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/config/FaultyCalls.h"
+#include "tests/config/saving/FaultyCalls.h"
 
 #include <filesystem>
 #include <sstream>

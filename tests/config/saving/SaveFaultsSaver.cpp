@@ -4,9 +4,9 @@
 //   save  PATH BYTESFILE REPORT ACTION CALL ERROR REPLACEMENT TARGET
 //   load  PATH NEWFILE   REPORT ACTION CALL ERROR REPLACEMENT TARGET
 
+#include "config/AtomicFileWrite.h"
 #include "config/ConfigurationFile.h"
-#include "config/FileReplacement.h"
-#include "tests/config/FaultyCalls.h"
+#include "tests/config/saving/FaultyCalls.h"
 #include "tests/support/Files.h"
 
 #include <dlfcn.h>
@@ -54,7 +54,7 @@ std::string save(const std::string& path, const std::string& bytesFile, const Fa
     const std::string bytes = support::readFile(bytesFile);
     bool isReplaced = false;
     const std::string calls =
-        underPlan(plan, [&] { isReplaced = QvVisa::replaceFileContents(path, bytes); });
+        underPlan(plan, [&] { isReplaced = QvVisa::writeFileAtomically(path, bytes); });
     return (isReplaced ? "true\n" : "false\n") + calls;
 }
 

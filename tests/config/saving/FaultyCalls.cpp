@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/config/FaultyCalls.h"
+#include "tests/config/saving/FaultyCalls.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -210,6 +210,13 @@ ssize_t write(int file, const void* bytes, std::size_t size)
     });
 }
 
+ssize_t pread(int file, void* bytes, std::size_t size, off_t offset)
+{
+    return answerMoving("pread", size, [&](std::size_t part) {
+        return next<decltype(::pread)>("pread")(file, bytes, part, offset);
+    });
+}
+
 ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset)
 {
     return answerMoving("pwrite", size, [&](std::size_t part) {
@@ -241,10 +248,11 @@ int fchown(int file, uid_t user, gid_t group) noexcept
                   [&] { return next<decltype(::fchown)>("fchown")(file, user, group); });
 }
 
-int rename(const char* from, const char* to) noexcept
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
 {
-    return answer("rename", Kind::Plain,
-                  [&] { return next<decltype(::rename)>("rename")(from, to); });
+    return answer("renameat", Kind::Plain, [&] {
+        return next<decltype(::renameat)>("renameat")(fromFolder, from, toFolder, to);
+    });
 }
 
 int fstat(int file, struct stat* status) noexcept
@@ -253,16 +261,18 @@ int fstat(int file, struct stat* status) noexcept
                   [&] { return next<decltype(::fstat)>("fstat")(file, status); });
 }
 
-int lstat(const char* path, struct stat* status) noexcept
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
 {
-    return answer("lstat", Kind::Plain,
-                  [&] { return next<decltype(::lstat)>("lstat")(path, status); });
+    return answer("fstatat", Kind::Plain, [&] {
+        return next<decltype(::fstatat)>("fstatat")(folder, path, status, flags);
+    });
 }
 
-ssize_t readlink(const char* path, char* target, std::size_t size) noexcept
+ssize_t readlinkat(int folder, const char* path, char* target, std::size_t size) noexcept
 {
-    return answer("readlink", Kind::Plain,
-                  [&] { return next<decltype(::readlink)>("readlink")(path, target, size); });
+    return answer("readlinkat", Kind::Plain, [&] {
+        return next<decltype(::readlinkat)>("readlinkat")(folder, path, target, size);
+    });
 }
 
 } // extern "C"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "config/FileReplacement.h"
+#include "config/AtomicFileWrite.h"
 #include "tests/support/Files.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TestHome.h"
@@ -35,7 +35,7 @@ bool isRoot()
 }
 
 /// A file in a folder, both belonging to whoever saves unless a test says otherwise.
-class FileReplacementRights : public testing::Test
+class AtomicFileWriteRights : public testing::Test
 {
 protected:
     void SetUp() override
@@ -64,7 +64,7 @@ protected:
     bool save(const std::vector<gid_t>& groups = {}) const
     {
         return support::asOrdinaryUser(
-            [this] { return QvVisa::replaceFileContents(file(), s_new); }, groups);
+            [this] { return QvVisa::writeFileAtomically(file(), s_new); }, groups);
     }
 
     std::ptrdiff_t count() const
@@ -78,7 +78,7 @@ protected:
     support::TestHome m_home;
 };
 
-TEST_F(FileReplacementRights, LeaveAFileAloneThatMayNotBeWritten)
+TEST_F(AtomicFileWriteRights, LeaveAFileAloneThatMayNotBeWritten)
 {
     permit(file(), 0444);
     const ino_t inode = statusOf(file()).st_ino;
@@ -89,7 +89,7 @@ TEST_F(FileReplacementRights, LeaveAFileAloneThatMayNotBeWritten)
     EXPECT_EQ(count(), 1);
 }
 
-TEST_F(FileReplacementRights, LeaveAFileAloneThatCannotBeReached)
+TEST_F(AtomicFileWriteRights, LeaveAFileAloneThatCannotBeReached)
 {
     permit(folder(), 0600);
     EXPECT_FALSE(save());
@@ -97,7 +97,7 @@ TEST_F(FileReplacementRights, LeaveAFileAloneThatCannotBeReached)
     EXPECT_EQ(readFile(file()), s_old);
 }
 
-TEST_F(FileReplacementRights, MakeNoFileInAFolderThatTakesNone)
+TEST_F(AtomicFileWriteRights, MakeNoFileInAFolderThatTakesNone)
 {
     fs::remove(file());
     permit(folder(), 0555);
@@ -106,7 +106,7 @@ TEST_F(FileReplacementRights, MakeNoFileInAFolderThatTakesNone)
     permit(folder(), 0755);
 }
 
-TEST_F(FileReplacementRights, OverwriteInAFolderThatTakesNoNewFile)
+TEST_F(AtomicFileWriteRights, OverwriteInAFolderThatTakesNoNewFile)
 {
     permit(folder(), 0555);
     const ino_t inode = statusOf(file()).st_ino;
@@ -117,7 +117,7 @@ TEST_F(FileReplacementRights, OverwriteInAFolderThatTakesNoNewFile)
     permit(folder(), 0755);
 }
 
-TEST_F(FileReplacementRights, ReplaceAFileThatMayNotBeRead)
+TEST_F(AtomicFileWriteRights, ReplaceAFileThatMayNotBeRead)
 {
     permit(file(), 0222);
     EXPECT_TRUE(save());
@@ -126,7 +126,7 @@ TEST_F(FileReplacementRights, ReplaceAFileThatMayNotBeRead)
     EXPECT_EQ(readFile(file()), s_new);
 }
 
-TEST_F(FileReplacementRights, OverwriteNothingThatCouldNotBePutBack)
+TEST_F(AtomicFileWriteRights, OverwriteNothingThatCouldNotBePutBack)
 {
     permit(file(), 0222);
     fs::create_hard_link(file(), folder() / "second");
@@ -135,7 +135,7 @@ TEST_F(FileReplacementRights, OverwriteNothingThatCouldNotBePutBack)
     EXPECT_EQ(readFile(file()), s_old);
 }
 
-TEST_F(FileReplacementRights, OverwriteAnothersFileInASharedFolder)
+TEST_F(AtomicFileWriteRights, OverwriteAnothersFileInASharedFolder)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "only root can make a file of another user";
@@ -150,17 +150,17 @@ TEST_F(FileReplacementRights, OverwriteAnothersFileInASharedFolder)
     EXPECT_EQ(readFile(file()), s_new);
     EXPECT_EQ(statusOf(file()).st_ino, inode);
     EXPECT_EQ(statusOf(file()).st_uid, 0U);
-    EXPECT_EQ(count(), 1) << "the neighbour stayed";
+    EXPECT_EQ(count(), 1) << "the temporary file stayed";
 }
 
-TEST_F(FileReplacementRights, KeepTheOwnerWhenRootSaves)
+TEST_F(AtomicFileWriteRights, KeepTheOwnerWhenRootSaves)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "only root can give a file away";
     }
     give(file(), 1234, 5678);
     permit(file(), 04640);
-    EXPECT_TRUE(QvVisa::replaceFileContents(file(), s_new));
+    EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new));
     const struct stat status = statusOf(file());
     EXPECT_EQ(status.st_uid, 1234U);
     EXPECT_EQ(status.st_gid, 5678U);
@@ -168,7 +168,7 @@ TEST_F(FileReplacementRights, KeepTheOwnerWhenRootSaves)
     EXPECT_EQ(readFile(file()), s_new);
 }
 
-TEST_F(FileReplacementRights, KeepTheGroupOfAMember)
+TEST_F(AtomicFileWriteRights, KeepTheGroupOfAMember)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "only root can choose groups freely";
@@ -183,7 +183,7 @@ TEST_F(FileReplacementRights, KeepTheGroupOfAMember)
     EXPECT_EQ(readFile(file()), s_new);
 }
 
-TEST_F(FileReplacementRights, OpenAFileToNoOtherGroup)
+TEST_F(AtomicFileWriteRights, OpenAFileToNoOtherGroup)
 {
     if (!isRoot()) {
         GTEST_SKIP() << "only root can choose groups freely";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/config/SaveFaultsRun.h"
+#include "tests/config/saving/SaveFaultsRun.h"
 
 #include "tests/support/Files.h"
 

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "config/TargetFile.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+namespace QvVisa {
+
+namespace {
+
+#ifdef O_PATH
+// Needs no permission to list the folder.
+constexpr int s_openFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;
+#else
+constexpr int s_openFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+#endif
+
+/// The text of the symbolic link; nothing, with errno EINVAL, for a file of another kind.
+std::optional<std::filesystem::path> readLink(int folder, const std::string& name)
+{
+    std::array<char, PATH_MAX> text{};
+    const ssize_t length = ::readlinkat(folder, name.c_str(), text.data(), text.size());
+    if (length < 0) {
+        return std::nullopt;
+    }
+    return std::filesystem::path(text.data(), text.data() + length);
+}
+
+} // namespace
+
+bool isSameFile(const struct stat& left, const struct stat& right)
+{
+    return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
+}
+
+std::optional<TargetFile> TargetFile::open(const std::filesystem::path& path)
+{
+    // Another program may put a new file in place between the steps; then they disagree, and are
+    // repeated.
+    constexpr int mostAttempts = 16;
+    for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+        std::optional<TargetFile> target = resolve(path);
+        if (!target) {
+            return std::nullopt;
+        }
+        // The system's own resolution of the path. fstatat() rather than stat(): both follow links.
+        struct stat followed = {};
+        const bool exists = ::fstatat(AT_FDCWD, path.c_str(), &followed, 0) == 0;
+        if (!exists && errno != ENOENT) {
+            return std::nullopt;
+        }
+        if (!target->openFile()) {
+            if (errno == ENOENT && !exists) {
+                return target;
+            }
+            if (errno != ENOENT && errno != ELOOP) {
+                return std::nullopt;
+            }
+        } else if (exists && isSameFile(target->m_status, followed)) {
+            return target;
+        }
+    }
+    errno = ESTALE;
+    return std::nullopt;
+}
+
+std::optional<TargetFile> TargetFile::resolve(std::filesystem::path path)
+{
+    constexpr int mostLinks = 40;
+    for (int links = 0; links <= mostLinks; ++links) {
+        TargetFile target;
+        target.m_path = path;
+        target.m_name = path.filename();
+        const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+        target.m_folder =
+            FileDescriptor(uninterrupted([&] { return ::open(folder.c_str(), s_openFolder); }));
+        if (!target.m_folder.isOpen()) {
+            return std::nullopt;
+        }
+        const auto link = readLink(target.m_folder.get(), target.m_name);
+        if (!link) {
+            if (errno == EINVAL || (errno == ENOENT && !target.m_name.empty())) {
+                return target; // Not a link, or nothing.
+            }
+            return std::nullopt;
+        }
+        path = link->is_absolute() ? *link : path.parent_path() / *link;
+    }
+    errno = ELOOP;
+    return std::nullopt;
+}
+
+bool TargetFile::openFile()
+{
+    // O_NONBLOCK: opening a pipe that has taken the file's place must not block.
+    constexpr int flags = O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
+    struct stat named = {};
+    if (::fstatat(m_folder.get(), m_name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0) {
+        return false;
+    }
+    if (!S_ISREG(named.st_mode)) {
+        errno = S_ISLNK(named.st_mode) ? ELOOP : EINVAL;
+        return false;
+    }
+    const auto openWith = [this](int access) {
+        m_file = FileDescriptor(uninterrupted(
+            [=] { return ::openat(m_folder.get(), m_name.c_str(), access | flags); }));
+        return m_file.isOpen();
+    };
+    if (!openWith(O_RDWR) && (errno != EACCES || !openWith(O_WRONLY))) {
+        return false;
+    }
+    if (::fstat(m_file.get(), &m_status) != 0) {
+        m_file.close();
+        return false;
+    }
+    if (!S_ISREG(m_status.st_mode) || !isSameFile(m_status, named)) {
+        m_file.close();
+        errno = ENOENT;
+        return false;
+    }
+    return true;
+}
+
+bool TargetFile::isStillNamed() const
+{
+    struct stat named = {};
+    return ::fstatat(m_folder.get(), m_name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           isSameFile(named, m_status);
+}
+
+} // namespace QvVisa
