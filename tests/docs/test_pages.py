@@ -80,12 +80,6 @@ def selects_tests(command):
         raise AssertionError("selects no test")
 
 
-def names_faults(command):
-    """For tools/mutate: breaking the product takes its time."""
-    if not run(command.replace("tools/mutate", "tools/mutate --list")).strip():
-        raise AssertionError("names no fault")
-
-
 def in_a_new_repository(command):
     """For git: this one stays as it is."""
     run("git init -q ~/new && cd ~/new && git config user.name me && git config user.email me@here && "
@@ -162,9 +156,6 @@ COMMANDS = {
         "build/release/fuzz/fuzz_reader FILE": run,
         "tools/bench": by_check("stage benchmarks tools/bench"),
         "tools/bench-startup": by_check("stage startup tools/bench-startup"),
-        "tools/mutate": by_check("stage mutations tools/mutate"),
-        "tools/mutate PropertyDialog 'No .*'": names_faults,
-        "tools/mutate --check": by_test("mutations_apply"),
         "git tag -a 5.12.1": in_a_new_repository,
         "ninja -C build/release packages": by("tests/packaging/test_debian_packages.py",
                                               '"--config", BUILD / "CPackConfig.cmake"'),
@@ -187,7 +178,6 @@ COMMANDS = {
         "ctest --preset release -R NAME": by_check("tests release"),
         "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
         "./check --full": by_check("--full) full=true"),
-        "tools/mutate": by_check("stage mutations tools/mutate"),
         "cmake --preset tsan && ninja -C build/tsan && ctest --preset tsan":
             by_check("stage tsan-build build tsan && tests tsan"),
     },
