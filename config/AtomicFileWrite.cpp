@@ -47,7 +47,8 @@ ReplaceOutcome prepareReplacement(const TargetFile& target, std::string_view byt
     if (!writeFully(file->descriptor(), bytes)) {
         return ReplaceOutcome::Failed;
     }
-    if (target.exists() && !carryOverAttributes(target, file->descriptor())) {
+    if (target.exists() &&
+        !copyAttributes(target.descriptor(), target.status(), file->descriptor())) {
         return outcomeOfError(errno);
     }
     if (!flushToDisk(file->descriptor())) {

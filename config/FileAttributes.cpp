@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "config/FileAttributes.h"
 
+#include "config/FileDescriptor.h"
+
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,37 +11,37 @@ namespace QvVisa {
 
 namespace {
 
-bool changeOwner(int descriptor, uid_t user, gid_t group)
+constexpr mode_t s_rights = 07777;
+
+bool changeOwner(int descriptor, const struct stat& own, const struct stat& wanted)
 {
-    return uninterrupted([=] { return ::fchown(descriptor, user, group); }) == 0;
+    if (own.st_uid == wanted.st_uid && own.st_gid == wanted.st_gid) {
+        return true;
+    }
+    // An owner may choose among their groups only if they do not ask for another owner.
+    const uid_t user = own.st_uid == wanted.st_uid ? static_cast<uid_t>(-1) : wanted.st_uid;
+    return uninterrupted([=] { return ::fchown(descriptor, user, wanted.st_gid); }) == 0;
 }
 
 } // namespace
 
-bool carryOverAttributes(const TargetFile& target, int descriptor)
+bool copyAttributes(int from, const struct stat& status, int to)
 {
-    const struct stat& old = target.status();
     struct stat own = {};
-    if (::fstat(descriptor, &own) != 0) {
+    const mode_t rights = status.st_mode & s_rights;
+    // The rights come last: a change of owner takes set-ID bits away, and until the inherited
+    // access control list is gone they would count as its mask and open the file to those it names.
+    if (::fstat(to, &own) != 0 || !changeOwner(to, own, status) ||
+        !copyExtendedAttributes(from, to) ||
+        uninterrupted([=] { return ::fchmod(to, rights); }) != 0 || ::fstat(to, &own) != 0) {
         return false;
     }
-    if (own.st_uid != old.st_uid) {
-        if (changeOwner(descriptor, old.st_uid, old.st_gid)) {
-            own.st_gid = old.st_gid;
-        } else if (errno != EPERM) {
-            return false;
-        }
+    if ((own.st_mode & s_rights) != rights) {
+        // The system silently drops the set-group-ID bit for who is not a member of the group.
+        errno = EPERM;
+        return false;
     }
-    // Only root may give files away, but an owner may choose among their groups. A file whose
-    // group cannot be kept must not open itself to the members of another one.
-    mode_t mode = old.st_mode & 07777;
-    if (own.st_gid != old.st_gid && !changeOwner(descriptor, static_cast<uid_t>(-1), old.st_gid)) {
-        if (errno != EPERM) {
-            return false;
-        }
-        mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
-    }
-    return uninterrupted([=] { return ::fchmod(descriptor, mode); }) == 0;
+    return true;
 }
 
 } // namespace QvVisa

@@ -1,13 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "config/TargetFile.h"
+#include <sys/stat.h>
 
 namespace QvVisa {
 
-/// Gives the file behind the descriptor, which this process has just created for itself alone, the
-/// owner, group and rights of an existing target. False, with errno set, when one of them cannot be
-/// kept: then the file must not take the target's name.
-bool carryOverAttributes(const TargetFile& target, int descriptor);
+/// Gives a file that this process has just created, readable by nobody else, the owner, group,
+/// rights, access control list and extended attributes of an existing one. Rights that the new file
+/// inherited from its folder and the other does not have are removed.
+/// from, to: their descriptors; status: the existing file's.
+/// False, with errno set, when something cannot be kept: then the new file must not take the
+/// other's name. Set-ID bits are kept only together with owner and group.
+bool copyAttributes(int from, const struct stat& status, int to);
+
+/// The part of it that differs from system to system: access control list and extended attributes.
+bool copyExtendedAttributes(int from, int to);
 
 } // namespace QvVisa

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <ctime>
 #include <utility>
 
 namespace QvVisa {
@@ -26,14 +27,29 @@ FileDescriptor::~FileDescriptor()
 
 FileDescriptor FileDescriptor::openForReading(const std::string& path)
 {
-    // O_NONBLOCK: opening a pipe that has taken the file's place must not block.
-    FileDescriptor file(
-        uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
+    FileDescriptor file = openPatiently(AT_FDCWD, path, O_RDONLY | O_CLOEXEC);
     struct stat status = {};
-    if (file.isOpen() && (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))) {
+    if (file.isOpen() && (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+                          status.st_size > maxFileSize)) {
         file.close();
     }
     return file;
+}
+
+FileDescriptor FileDescriptor::openPatiently(int folder, const std::string& path, int flags)
+{
+    constexpr int mostAttempts = 101;
+    constexpr struct timespec pause = {0, 10'000'000};
+    for (int attempt = 1;; ++attempt) {
+        // O_NONBLOCK: opening a pipe that has taken the file's place must not block.
+        FileDescriptor file(uninterrupted(
+            [&] { return ::openat(folder, path.c_str(), flags | O_NONBLOCK, mode_t{0}); }));
+        if (file.isOpen() || errno != EAGAIN || attempt == mostAttempts) {
+            return file;
+        }
+        ::nanosleep(&pause, nullptr);
+        errno = EAGAIN;
+    }
 }
 
 bool FileDescriptor::close()

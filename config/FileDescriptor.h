@@ -22,6 +22,9 @@ auto uninterrupted(Call call)
     return result;
 }
 
+/// Larger files count as unreadable.
+inline constexpr off_t maxFileSize = off_t{1024} * 1024 * 1024;
+
 /// Owns an open POSIX file descriptor, or none.
 class FileDescriptor
 {
@@ -34,9 +37,15 @@ public:
     FileDescriptor& operator=(const FileDescriptor&) = delete;
     ~FileDescriptor();
 
-    /// Opens a regular file for reading. Anything else (a folder, a device, a pipe, which might
-    /// block or never end) gives a descriptor that is not open, like a file that cannot be read.
+    /// Opens a regular file of at most maxFileSize bytes for reading, as openPatiently() does.
+    /// Anything else (a folder, a device, a pipe, which might block or never end) gives a
+    /// descriptor that is not open, like a file that cannot be read.
     static FileDescriptor openForReading(const std::string& path);
+
+    /// openat() with O_NONBLOCK. While another process holds a lease on the file (file servers do),
+    /// that fails with EAGAIN and the holder is asked to give the lease up: opening is repeated for
+    /// about a second then. Without a lease it never waits.
+    static FileDescriptor openPatiently(int folder, const std::string& path, int flags);
 
     bool isOpen() const { return m_descriptor >= 0; }
     int get() const { return m_descriptor; }

@@ -61,7 +61,9 @@ bool LineReader::readMore()
     }
     const ssize_t count = uninterrupted(
         [this] { return ::read(m_file.get(), m_buffer.data() + m_end, m_buffer.size() - m_end); });
-    if (count < 0) {
+    m_size += count;
+    // The file may have grown since it was opened.
+    if (count < 0 || m_size > maxFileSize) {
         m_hasFailed = true;
         return false;
     }

@@ -10,9 +10,9 @@
 
 namespace QvVisa {
 
-/// Reads a regular file line by line. Lines end at line feeds, which do not belong to them; a
-/// last line without one counts too. Memory: 256 KiB, or up to twice the longest line (three times
-/// while the buffer grows).
+/// Reads a regular file of at most maxFileSize bytes line by line. Lines end at line feeds, which
+/// do not belong to them; a last line without one counts too. Memory: 256 KiB, or up to twice the
+/// longest line (three times while the buffer grows).
 class LineReader
 {
 public:
@@ -30,6 +30,7 @@ private:
 
     FileDescriptor m_file;
     std::vector<char> m_buffer;
+    off_t m_size = 0;        ///< Bytes read in all.
     std::size_t m_begin = 0; ///< First byte not yet handed out.
     std::size_t m_end = 0;   ///< One past the last byte read.
     bool m_hasFailed = false;

@@ -20,9 +20,34 @@ constexpr int s_openFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;
 constexpr int s_openFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 #endif
 
-/// The text of the symbolic link; nothing, with errno EINVAL, for a file of another kind.
+/// Whether the link may be trusted. In a sticky folder that everyone may write, others can put
+/// links of theirs in place, but not exchange or remove the user's or the folder owner's.
+bool mayFollow(int folder, const struct stat& link)
+{
+    struct stat status = {};
+    if (::fstat(folder, &status) != 0) {
+        return false;
+    }
+    const bool isShared = (status.st_mode & S_ISVTX) != 0 && (status.st_mode & S_IWOTH) != 0;
+    return !isShared || link.st_uid == ::geteuid() || link.st_uid == status.st_uid;
+}
+
+/// The text of a symbolic link that may be followed. Nothing, with errno EINVAL, for a file of
+/// another kind; EACCES for a link that may not be followed.
 std::optional<std::filesystem::path> readLink(int folder, const std::string& name)
 {
+    struct stat status = {};
+    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+        return std::nullopt;
+    }
+    if (!S_ISLNK(status.st_mode)) {
+        errno = EINVAL;
+        return std::nullopt;
+    }
+    if (!mayFollow(folder, status)) {
+        errno = EACCES;
+        return std::nullopt;
+    }
     std::array<char, PATH_MAX> text{};
     const ssize_t length = ::readlinkat(folder, name.c_str(), text.data(), text.size());
     if (length < 0) {
@@ -97,8 +122,7 @@ std::optional<TargetFile> TargetFile::resolve(std::filesystem::path path)
 
 bool TargetFile::openFile()
 {
-    // O_NONBLOCK: opening a pipe that has taken the file's place must not block.
-    constexpr int flags = O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
+    constexpr int flags = O_NOFOLLOW | O_NOCTTY | O_CLOEXEC;
     struct stat named = {};
     if (::fstatat(m_folder.get(), m_name.c_str(), &named, AT_SYMLINK_NOFOLLOW) != 0) {
         return false;
@@ -108,8 +132,7 @@ bool TargetFile::openFile()
         return false;
     }
     const auto openWith = [this](int access) {
-        m_file = FileDescriptor(uninterrupted(
-            [=] { return ::openat(m_folder.get(), m_name.c_str(), access | flags); }));
+        m_file = FileDescriptor::openPatiently(m_folder.get(), m_name, access | flags);
         return m_file.isOpen();
     };
     if (!openWith(O_RDWR) && (errno != EACCES || !openWith(O_WRONLY))) {

@@ -21,8 +21,11 @@ public:
     /// writing where reading is not permitted. Nothing, with errno set, when
     /// - the file may not be written or its folder does not exist,
     /// - it is not a regular file,
-    /// - the links are a loop, or the last one leads somewhere else than its text says (a deleted
-    ///   file below /proc/self/fd).
+    /// - the links are a loop, or one of them lies in a folder like /tmp (sticky, writable for all)
+    ///   and belongs to neither this user nor the folder's owner,
+    /// - the system's own resolution of the path leads to another file (a link below /proc/self/fd
+    /// to
+    ///   a deleted file).
     static std::optional<TargetFile> open(const std::filesystem::path& path);
 
     /// False for a name that is still free; descriptor() and status() are then meaningless.

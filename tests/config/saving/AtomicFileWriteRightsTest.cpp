@@ -153,48 +153,4 @@ TEST_F(AtomicFileWriteRights, OverwriteAnothersFileInASharedFolder)
     EXPECT_EQ(count(), 1) << "the temporary file stayed";
 }
 
-TEST_F(AtomicFileWriteRights, KeepTheOwnerWhenRootSaves)
-{
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can give a file away";
-    }
-    give(file(), 1234, 5678);
-    permit(file(), 04640);
-    EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new));
-    const struct stat status = statusOf(file());
-    EXPECT_EQ(status.st_uid, 1234U);
-    EXPECT_EQ(status.st_gid, 5678U);
-    EXPECT_EQ(status.st_mode & 07777U, 04640U);
-    EXPECT_EQ(readFile(file()), s_new);
-}
-
-TEST_F(AtomicFileWriteRights, KeepTheGroupOfAMember)
-{
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can choose groups freely";
-    }
-    give(file(), support::ordinaryUser, 5678);
-    permit(file(), 0664);
-    EXPECT_TRUE(save({5678}));
-    const struct stat status = statusOf(file());
-    EXPECT_EQ(status.st_uid, support::ordinaryUser);
-    EXPECT_EQ(status.st_gid, 5678U);
-    EXPECT_EQ(status.st_mode & 07777U, 0664U);
-    EXPECT_EQ(readFile(file()), s_new);
-}
-
-TEST_F(AtomicFileWriteRights, OpenAFileToNoOtherGroup)
-{
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can choose groups freely";
-    }
-    give(file(), support::ordinaryUser, 5678);
-    permit(file(), 02664);
-    EXPECT_TRUE(save());
-    const struct stat status = statusOf(file());
-    EXPECT_EQ(status.st_gid, support::ordinaryGroup);
-    EXPECT_EQ(status.st_mode & 07777U, 0604U);
-    EXPECT_EQ(readFile(file()), s_new);
-}
-
 } // namespace

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// Files on which another process holds a lease: opening them fails with EAGAIN until it gives the
+// lease up.
+
+#include "config/ModernConfigurationFile.h"
+#include "tests/config/saving/SavingTest.h"
+#include "tests/support/Files.h"
+#include "tests/support/SystemCalls.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+namespace {
+
+using QvVisa::ModernConfigurationFile;
+using support::CallAnswer;
+using support::SystemCall;
+using support::SystemCalls;
+
+class Lease : public SavingTest
+{
+protected:
+    Lease() { support::writeFile(file(), s_header); }
+
+    bool isRead() const { return ModernConfigurationFile::isParseAble(file()); }
+
+    static inline const std::string s_header = ":QvVisaConfigurationFileVersion01\n";
+};
+
+/// Opening a file fails with EAGAIN this often; sleeping takes no time.
+SystemCalls::Handler refusing(int times, const std::string& name)
+{
+    return [=](const SystemCall& call) mutable {
+        CallAnswer answer;
+        if (call.name == "nanosleep") {
+            answer.error = EINTR;
+        } else if (call.name == name && times-- > 0) {
+            answer.error = EAGAIN;
+        }
+        return answer;
+    };
+}
+
+TEST_F(Lease, OpeningIsRepeatedUntilItIsGivenUp)
+{
+    for (const int times : {0, 1, 7}) {
+        const SystemCalls reading(refusing(times, "openat"));
+        EXPECT_TRUE(isRead());
+        EXPECT_EQ(reading.count("nanosleep"), times);
+    }
+    for (const int times : {0, 1, 7}) {
+        const SystemCalls saving(refusing(times, "openat"));
+        EXPECT_TRUE(save());
+        EXPECT_EQ(saving.count("nanosleep"), times);
+    }
+}
+
+TEST_F(Lease, ThatIsKeptEndsTheAttemptsAfterASecond)
+{
+    constexpr int pausesPerSecond = 100;
+    {
+        const SystemCalls reading(refusing(1000, "openat"));
+        EXPECT_FALSE(isRead());
+        EXPECT_EQ(reading.count("nanosleep"), pausesPerSecond);
+    }
+    const SystemCalls saving(refusing(1000, "openat"));
+    EXPECT_FALSE(save());
+    EXPECT_EQ(saving.count("nanosleep"), pausesPerSecond);
+    EXPECT_EQ(support::readFile(file()), s_header);
+}
+
+#ifdef __linux__
+
+/// Runs the action while a child process holds the lease, which gives it up when asked to.
+template <typename Action>
+bool whileLeased(const std::string& path, int kind, Action action)
+{
+    int ready[2] = {};
+    if (::pipe(ready) != 0) {
+        return false;
+    }
+    // Blocked before the fork: a request that comes early waits for sigwait().
+    sigset_t requests;
+    sigemptyset(&requests);
+    sigaddset(&requests, SIGIO);
+    ::sigprocmask(SIG_BLOCK, &requests, nullptr);
+    const pid_t holder = ::fork();
+    if (holder == 0) {
+        const int leased = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+        const char isHeld = ::fcntl(leased, F_SETLEASE, kind) == 0 ? 1 : 0;
+        int signal = 0;
+        const bool isReported = ::write(ready[1], &isHeld, 1) == 1;
+        if (isHeld != 0 && isReported && ::sigwait(&requests, &signal) == 0) {
+            ::fcntl(leased, F_SETLEASE, F_UNLCK);
+        }
+        ::_exit(0);
+    }
+    char isHeld = 0;
+    const bool isStarted = ::read(ready[0], &isHeld, 1) == 1 && isHeld != 0;
+    const bool result = isStarted && action();
+    ::kill(holder, SIGKILL);
+    ::waitpid(holder, nullptr, 0);
+    ::close(ready[0]);
+    ::close(ready[1]);
+    return result;
+}
+
+TEST_F(Lease, OfAnotherProcessDelaysReadingAndSaving)
+{
+    // As the files' owner, who may hold leases; a write lease also keeps readers off.
+    EXPECT_TRUE(whileLeased(file(), F_WRLCK, [this] { return isRead(); }));
+    EXPECT_TRUE(whileLeased(file(), F_WRLCK, [this] { return save(); }));
+    EXPECT_EQ(support::readFile(file()), s_new);
+    EXPECT_TRUE(whileLeased(file(), F_RDLCK, [this] { return save(); }));
+}
+
+#endif
+
+} // namespace

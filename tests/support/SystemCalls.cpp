@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/SystemCalls.h"
+
+// Without <unistd.h> and <fcntl.h>: where they are fortified they define read() and open().
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
+#include <ctime>
+#include <set>
+#include <utility>
+
+namespace {
+
+using support::CallAnswer;
+using support::SystemCall;
+using support::SystemCalls;
+
+struct State
+{
+    bool isArmed = false;
+    SystemCalls::Handler handler;
+    std::vector<std::string> names;
+};
+
+State& state()
+{
+    static State instance;
+    return instance;
+}
+
+/// Notes the call and asks what is to become of it. The handler may throw.
+CallAnswer ask(const char* name, std::size_t size)
+{
+    State& now = state();
+    if (!now.isArmed) {
+        return {};
+    }
+    now.names.emplace_back(name);
+    if (!now.handler) {
+        return {};
+    }
+    struct Rearm
+    {
+        ~Rearm() { state().isArmed = true; }
+    };
+    const Rearm rearm;
+    now.isArmed = false;
+    return now.handler({name, static_cast<int>(now.names.size()), size});
+}
+
+/// The system's function of that name, or a sanitizer's that wraps it.
+template <typename Function>
+Function* next(const char* name)
+{
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+/// call moves as many bytes as it is told.
+template <typename Call>
+auto move(const char* name, std::size_t size, Call call) -> decltype(call(size))
+{
+    const CallAnswer answer = ask(name, size);
+    if (answer.error != 0) {
+        errno = answer.error;
+        return -1;
+    }
+    const auto result = call(std::min(size, answer.mostBytes));
+    if (answer.isLast) {
+        ::raise(SIGKILL);
+    }
+    return result;
+}
+
+template <typename Call>
+auto pass(const char* name, Call call) -> decltype(call())
+{
+    return move(name, 0, [&](std::size_t) { return call(); });
+}
+
+std::size_t half(std::size_t size)
+{
+    return std::max<std::size_t>(size / 2, std::min<std::size_t>(size, 1));
+}
+
+/// The argument that open() has only when it creates a file. Reading it when it is absent is
+/// harmless on the platforms where this runs.
+mode_t modeArgument(std::va_list arguments)
+{
+    return static_cast<mode_t>(va_arg(arguments, unsigned int));
+}
+
+} // namespace
+
+namespace support {
+
+SystemCalls::SystemCalls() : SystemCalls(Handler())
+{}
+
+SystemCalls::SystemCalls(Handler handler)
+{
+    state() = {true, std::move(handler), {}};
+}
+
+SystemCalls::~SystemCalls()
+{
+    state() = {};
+}
+
+const std::vector<std::string>& SystemCalls::names() const
+{
+    return state().names;
+}
+
+int SystemCalls::count(const std::string& name) const
+{
+    return static_cast<int>(std::count(names().begin(), names().end(), name));
+}
+
+SystemCalls::Handler SystemCalls::failing(int number, int error, bool isForGood)
+{
+    return [=](const SystemCall& call) {
+        CallAnswer answer;
+        if (call.number == number || (isForGood && call.number > number)) {
+            answer.error = error;
+        }
+        return answer;
+    };
+}
+
+SystemCalls::Handler SystemCalls::killing(int number)
+{
+    return [=](const SystemCall& call) {
+        if (call.number == number) {
+            ::raise(SIGKILL);
+        }
+        return CallAnswer();
+    };
+}
+
+SystemCalls::Handler SystemCalls::killingHalfway(int number)
+{
+    return [=](const SystemCall& call) {
+        CallAnswer answer;
+        if (call.number == number && call.size > 0) {
+            answer.mostBytes = half(call.size);
+            answer.isLast = true;
+        }
+        return answer;
+    };
+}
+
+SystemCalls::Handler SystemCalls::interrupting()
+{
+    return [wasInterrupted = false](const SystemCall& call) mutable {
+        static const std::set<std::string> interruptible = {"open",      "openat", "read",  "pread",
+                                                            "write",     "pwrite", "fsync", "flock",
+                                                            "ftruncate", "fchmod", "fchown"};
+        CallAnswer answer;
+        wasInterrupted = !wasInterrupted && interruptible.count(call.name) != 0;
+        answer.error = wasInterrupted ? EINTR : 0;
+        return answer;
+    };
+}
+
+SystemCalls::Handler SystemCalls::shortening()
+{
+    return [](const SystemCall& call) {
+        CallAnswer answer;
+        answer.mostBytes = half(call.size);
+        return answer;
+    };
+}
+
+} // namespace support
+
+#pragma GCC visibility push(default)
+extern "C" {
+
+int open(const char* path, int flags, ...);
+int openat(int folder, const char* path, int flags, ...);
+int close(int file);
+ssize_t read(int file, void* bytes, std::size_t size);
+ssize_t pread(int file, void* bytes, std::size_t size, off_t offset);
+ssize_t write(int file, const void* bytes, std::size_t size);
+ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset);
+int fsync(int file);
+int flock(int file, int operation) noexcept;
+int ftruncate(int file, off_t size) noexcept;
+int fchown(int file, uid_t user, gid_t group) noexcept;
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept;
+int unlinkat(int folder, const char* name, int flags) noexcept;
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept;
+ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept;
+
+int open(const char* path, int flags, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(arguments);
+    va_end(arguments);
+    return pass("open", [&] { return next<decltype(::open)>("open")(path, flags, mode); });
+}
+
+int openat(int folder, const char* path, int flags, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = modeArgument(arguments);
+    va_end(arguments);
+    return pass("openat",
+                [&] { return next<decltype(::openat)>("openat")(folder, path, flags, mode); });
+}
+
+int close(int file)
+{
+    // A close that fails has closed the file, too.
+    const CallAnswer answer = ask("close", 0);
+    const int result = next<decltype(::close)>("close")(file);
+    if (answer.error != 0) {
+        errno = answer.error;
+        return -1;
+    }
+    return result;
+}
+
+ssize_t read(int file, void* bytes, std::size_t size)
+{
+    return move("read", size, [&](std::size_t part) {
+        return next<decltype(::read)>("read")(file, bytes, part);
+    });
+}
+
+ssize_t pread(int file, void* bytes, std::size_t size, off_t offset)
+{
+    return move("pread", size, [&](std::size_t part) {
+        return next<decltype(::pread)>("pread")(file, bytes, part, offset);
+    });
+}
+
+ssize_t write(int file, const void* bytes, std::size_t size)
+{
+    return move("write", size, [&](std::size_t part) {
+        return next<decltype(::write)>("write")(file, bytes, part);
+    });
+}
+
+ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset)
+{
+    return move("pwrite", size, [&](std::size_t part) {
+        return next<decltype(::pwrite)>("pwrite")(file, bytes, part, offset);
+    });
+}
+
+int fsync(int file)
+{
+    return pass("fsync", [&] { return next<decltype(::fsync)>("fsync")(file); });
+}
+
+int flock(int file, int operation) noexcept
+{
+    return pass("flock", [&] { return next<decltype(::flock)>("flock")(file, operation); });
+}
+
+int ftruncate(int file, off_t size) noexcept
+{
+    return pass("ftruncate", [&] { return next<decltype(::ftruncate)>("ftruncate")(file, size); });
+}
+
+int fchmod(int file, mode_t mode) noexcept
+{
+    return pass("fchmod", [&] { return next<decltype(::fchmod)>("fchmod")(file, mode); });
+}
+
+int fchown(int file, uid_t user, gid_t group) noexcept
+{
+    return pass("fchown", [&] { return next<decltype(::fchown)>("fchown")(file, user, group); });
+}
+
+int futimens(int file, const struct timespec times[2]) noexcept
+{
+    return pass("futimens", [&] { return next<decltype(::futimens)>("futimens")(file, times); });
+}
+
+int fstat(int file, struct stat* status) noexcept
+{
+    return pass("fstat", [&] { return next<decltype(::fstat)>("fstat")(file, status); });
+}
+
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
+{
+    return pass("fstatat",
+                [&] { return next<decltype(::fstatat)>("fstatat")(folder, path, status, flags); });
+}
+
+ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept
+{
+    return pass("readlinkat", [&] {
+        return next<decltype(::readlinkat)>("readlinkat")(folder, path, text, size);
+    });
+}
+
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept
+{
+    return pass("linkat", [&] {
+        return next<decltype(::linkat)>("linkat")(fromFolder, from, toFolder, to, flags);
+    });
+}
+
+int unlinkat(int folder, const char* name, int flags) noexcept
+{
+    return pass("unlinkat",
+                [&] { return next<decltype(::unlinkat)>("unlinkat")(folder, name, flags); });
+}
+
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
+{
+    return pass("renameat", [&] {
+        return next<decltype(::renameat)>("renameat")(fromFolder, from, toFolder, to);
+    });
+}
+
+int nanosleep(const struct timespec* time, struct timespec* remaining)
+{
+    return pass("nanosleep",
+                [&] { return next<decltype(::nanosleep)>("nanosleep")(time, remaining); });
+}
+
+#ifdef __linux__
+ssize_t flistxattr(int file, char* names, std::size_t size) noexcept;
+ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept;
+int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept;
+int fremovexattr(int file, const char* name) noexcept;
+
+ssize_t flistxattr(int file, char* names, std::size_t size) noexcept
+{
+    return pass("flistxattr",
+                [&] { return next<decltype(::flistxattr)>("flistxattr")(file, names, size); });
+}
+
+ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept
+{
+    return pass("fgetxattr",
+                [&] { return next<decltype(::fgetxattr)>("fgetxattr")(file, name, value, size); });
+}
+
+int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept
+{
+    return pass("fsetxattr", [&] {
+        return next<decltype(::fsetxattr)>("fsetxattr")(file, name, value, size, flags);
+    });
+}
+
+int fremovexattr(int file, const char* name) noexcept
+{
+    return pass("fremovexattr",
+                [&] { return next<decltype(::fremovexattr)>("fremovexattr")(file, name); });
+}
+#endif
+
+} // extern "C"
+#pragma GCC visibility pop
