@@ -4,7 +4,7 @@
 //   matchWithExpressions   the eleven regular expressions that define the format
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationLine.h"
-#include "tests/config/OracleReader.h"
+#include "tests/support/OracleReader.h"
 
 #include <benchmark/benchmark.h>
 

@@ -6,7 +6,7 @@
 #include "benchmarks/GeneratedFile.h"
 #include "config/LineReader.h"
 #include "config/ModernConfigurationFile.h"
-#include "tests/config/OracleReader.h"
+#include "tests/support/OracleReader.h"
 #include "tests/support/Files.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/config/FileContents.h"
+#include "tests/support/FileContents.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cstddef>
@@ -9,13 +10,14 @@
 #include <string>
 #include <string_view>
 
-/// A finding: says what is wrong and aborts.
-[[noreturn]] void reportFinding(const char* wrong, const std::string& details = {});
+/// Prints a finding and aborts.
+[[noreturn]] void reportFinding(const char* finding, const std::string& details = {});
 
-inline void require(bool isAsItShould, const char* wrong)
+/// Reports the finding unless the condition holds.
+inline void require(bool condition, const char* finding)
 {
-    if (!isAsItShould) {
-        reportFinding(wrong);
+    if (!condition) {
+        reportFinding(finding);
     }
 }
 
@@ -24,27 +26,23 @@ inline std::string_view asText(const std::uint8_t* data, std::size_t size)
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// True when the standard library's expressions can be put to each line: they recurse.
+/// True when no line is too long for the oracle's expressions, which recurse for each byte.
 bool hasOnlyShortLines(std::string_view bytes);
-bool isShortLine(std::string_view line);
 
-/// Reports a finding that names both unless they are the same.
-void requireSame(const FileContents& actual, const FileContents& expected, const char* wrong);
+/// Reports the finding, with both contents, unless they are equal.
+void requireSame(const FileContents& actual, const FileContents& expected, const char* finding);
 
-/// Whether the first line begins with the version header.
-bool beginsWithHeader(std::string_view bytes);
+/// Reports the finding unless the bytes are what a save writes for the contents, with the aliases
+/// in any order. No text of an alias contains a line feed.
+void requireSaved(const std::string& bytes, const FileContents& contents, const char* finding);
 
-/// Reports a finding unless bytes are what a save makes of the contents; the aliases may stand in
-/// any order. The aliases' texts hold no line feed.
-void requireSaved(const std::string& bytes, const FileContents& contents, const char* wrong);
-
-/// The file that a target writes and has read, the same path for all inputs.
+/// The file that a target writes and reads. Its path is the same for all inputs.
 class FuzzedFile
 {
 public:
     std::string path() const { return m_folder.path() / "visa.conf"; }
-    void write(std::string_view bytes) const;
-    std::string read() const;
+    void write(std::string_view bytes) const { support::writeFile(path(), bytes); }
+    std::string read() const { return support::readFile(path()); }
 
 private:
     support::TemporaryFolder m_folder;

@@ -35,7 +35,7 @@ std::size_t replay(const std::filesystem::path& place)
 {
     const std::vector<std::filesystem::path> files = filesAt(place);
     for (const std::filesystem::path& file : files) {
-        // Flushed at once: after a finding nothing else would tell the file's name.
+        // Flushed at once: after a finding, the last line names the input.
         std::cout << file.string() << std::endl;
         const std::string bytes = support::readFile(file);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
@@ -52,7 +52,7 @@ int main(int count, char** arguments)
         for (int i = 1; i < count; ++i) {
             const std::size_t found = replay(arguments[i]);
             if (found == 0) {
-                std::cerr << arguments[i] << " holds no file\n";
+                std::cerr << arguments[i] << " contains no file\n";
                 return 1;
             }
             replayed += found;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A whole file: read, against the format's regular expressions; then saved, read and saved.
+// Reads a whole file and compares with the regular expressions; then saves, reads and saves again.
 
 #include "config/ModernConfigurationFile.h"
 #include "fuzz/Judgement.h"
-#include "tests/config/OracleReader.h"
+#include "tests/support/OracleReader.h"
 
 using QvVisa::ModernConfigurationFile;
 
@@ -13,12 +13,12 @@ namespace {
 FileContents readAndSave(const std::string& path, bool hasHeader)
 {
     require(ModernConfigurationFile::isParseAble(path) == hasHeader,
-            "the version header was seen or not seen");
+            "isParseAble() misjudges the header");
     ModernConfigurationFile file(path);
     FileContents contents;
     file.parse(contents.aliases, contents.resources, contents.provider);
-    require(file.wasRead(), "a file that is there was not read");
-    require(file.hadHeader() == hasHeader, "the version header was read or not read");
+    require(file.wasRead(), "an existing file was not read");
+    require(file.hadHeader() == hasHeader, "hadHeader() misjudges the header");
     require(contents.provider == file.getProviderId(), "two provider IDs");
     contents.gpib = file.getGpibPropertiesMap();
     contents.serial = file.getSerialPropertiesMap();
@@ -38,10 +38,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (hasOnlyShortLines(bytes)) {
         OracleReader oracle;
         oracle.read(bytes);
-        requireSame(first, oracle.contents(), "read differently from what the expressions say");
+        requireSame(first, oracle.contents(), "read differently from the expressions");
     }
 
-    // All that a save loses is the boards.
+    // A save drops the boards and nothing else.
     FileContents kept = first;
     kept.gpib.clear();
     const std::string saved = s_file.read();

@@ -49,7 +49,7 @@ def here(command):
     command = command.replace("QVVISA_RESULTS=/tmp ", "")
     command = command.replace("--preset release", "--test-dir build/release")
     command = re.sub(r"(\$PWD/)?\bbuild/release\b", str(BUILD), command)
-    return re.sub(r"\bFILE\b", "tests/config/specimens/hand-written.conf", command)
+    return re.sub(r"\bFILE\b", "tests/config/format/specimens/hand-written.conf", command)
 
 
 def opens_the_window(command, says=""):

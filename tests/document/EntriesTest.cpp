@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "document/Entries.h"
 
-#include "tests/config/FileContents.h"
-#include "tests/config/OracleReader.h"
+#include "tests/support/FileContents.h"
+#include "tests/support/OracleReader.h"
 
 #include <gtest/gtest.h>
 

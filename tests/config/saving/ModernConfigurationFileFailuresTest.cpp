@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "config/ModernConfigurationFile.h"
 
-#include "tests/config/FileContents.h"
+#include "tests/support/FileContents.h"
 #include "tests/config/ReaderReadCalls.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/config/FileContents.h"
+#include "tests/support/FileContents.h"
 
 #include "config/ModernConfigurationFile.h"
 

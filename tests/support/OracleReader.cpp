@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
-#include "tests/config/OracleReader.h"
+#include "tests/support/OracleReader.h"
 
 #include <cctype>
 #include <cstdint>
 #include <locale>
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 
 using QvVisa::ConfigurationLine;
 using QvVisa::LineKind;
 
 namespace {
+
+constexpr std::string_view s_header = ":QvVisaConfigurationFileVersion01";
 
 struct Pattern
 {
@@ -67,7 +70,7 @@ std::string_view group(const std::cmatch& match, std::size_t number)
 ConfigurationLine matchWithExpressions(std::string_view line)
 {
     static const auto s_expressions = buildExpressions();
-    // Reused from line to line: the matches' memory costs more than the matching.
+    // Reused: allocating the matches would cost more than matching.
     thread_local std::cmatch match;
     for (std::size_t i = 0; i < s_patterns.size(); ++i) {
         const Pattern& pattern = s_patterns[i];
@@ -126,7 +129,7 @@ void OracleReader::act(const ConfigurationLine& line)
     default:
         break;
     }
-    // Both numbers before any table is touched: a line that is skipped names nothing into being.
+    // Both conversions first: a line that is skipped creates no record.
     const auto number = static_cast<unsigned short>(std::stoi(first));
     const int value = std::stoi(second);
     const auto value16 = static_cast<std::uint16_t>(value);
@@ -157,4 +160,39 @@ void OracleReader::act(const ConfigurationLine& line)
         m_contents.serial[number].flowControl = value8;
         break;
     }
+}
+
+bool beginsWithHeader(std::string_view bytes)
+{
+    return bytes.substr(0, bytes.find('\n')).substr(0, s_header.size()) == s_header;
+}
+
+std::string expectedStart(const FileContents& contents)
+{
+    std::ostringstream text;
+    text.imbue(std::locale::classic());
+    text << s_header << "\n:Provider=" << contents.provider << '\n';
+    for (const auto& [port, properties] : contents.serial) {
+        const auto line = [&text, number = port](const char* key, std::uint32_t value) {
+            text << ":SerialProperty[DeviceNo=" << number << "]." << key << '=' << value << '\n';
+        };
+        line("Baudrate", properties.baudrate);
+        line("DataBits", properties.dataBits);
+        line("StopBits", properties.stopBits);
+        line("Parity", properties.parity);
+        line("FlowControl", properties.flowControl);
+    }
+    for (const std::string& resource : contents.resources) {
+        text << resource << '\n';
+    }
+    return text.str();
+}
+
+std::string expectedAliases(const FileContents& contents)
+{
+    std::string text;
+    for (const auto& [alias, resource] : contents.aliases) {
+        text.append(alias).append("=").append(resource).append("\n");
+    }
+    return text;
 }

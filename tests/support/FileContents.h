@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-/// What a configuration file says, whoever read it.
+/// The contents of a configuration file, whichever reader read it.
 struct FileContents
 {
     std::unordered_map<std::string, std::string> aliases;
@@ -18,15 +18,14 @@ struct FileContents
     unsigned short provider = 3674;
 };
 
-/// The order within the alias tables does not count.
+/// Ignores the order of the aliases.
 bool operator==(const FileContents& left, const FileContents& right);
 
-/// For a failing test: everything, the aliases sorted, bytes that do not print as \xNN.
+/// All contents, the aliases sorted, bytes that do not print as \xNN.
 std::ostream& operator<<(std::ostream& out, const FileContents& contents);
 
-/// Bytes that do not print, and the backslash, as \xNN; long texts are cut in their middle.
+/// Bytes that do not print, and the backslash, as \xNN; long texts are shortened in the middle.
 std::string printable(const std::string& bytes);
 
-/// What ModernConfigurationFile reads from a file, into empty tables. Throws when the file could
-/// not be read.
+/// Reads the file with ModernConfigurationFile into empty tables. Throws when it cannot be read.
 FileContents readWithModernConfigurationFile(const std::string& path);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "config/ModernConfigurationFile.h"
 
-#include "tests/config/FileContents.h"
+#include "tests/support/FileContents.h"
 #include "tests/support/Files.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ namespace {
 
 const std::filesystem::path s_folder = QVVISA_SPECIMENS;
 
-/// A specimen without contents is none that the program reads.
+/// A file in specimens/. One that is not accepted has no contents.
 struct Specimen
 {
     std::string name;
@@ -44,7 +44,7 @@ std::vector<Specimen> specimens()
         {"alias-without-name.conf", true, contents({{"DMM", "GPIB0::3::INSTR"}})},
         {"alias-without-value.conf", true, contents({}, {"SCOPE"})},
         {"byte-order-mark.conf"},
-        // One line, and the header stands at its front.
+        // One line, which begins with the header.
         {"carriage-returns-only.conf", true, contents({})},
         {"crlf.conf", true,
          contents({{"DMM", "ASRL1::INSTR"}}, {"GPIB0::12::INSTR\r"}, 42, {},
@@ -90,7 +90,7 @@ std::vector<Specimen> specimens()
 
 } // namespace
 
-TEST(ModernConfigurationFileSpecimens, AreReadAsTheirNamesSay)
+TEST(Specimens, AreReadAsExpected)
 {
     for (const Specimen& specimen : specimens()) {
         const std::filesystem::path path = s_folder / specimen.name;
@@ -103,11 +103,11 @@ TEST(ModernConfigurationFileSpecimens, AreReadAsTheirNamesSay)
     }
 }
 
-TEST(ModernConfigurationFileSpecimens, AreAllKnown)
+TEST(Specimens, AreAllListed)
 {
     std::set<std::string> known;
     for (const Specimen& specimen : specimens()) {
-        EXPECT_TRUE(known.insert(specimen.name).second) << specimen.name << " stands here twice";
+        EXPECT_TRUE(known.insert(specimen.name).second) << specimen.name << " is listed twice";
     }
     std::set<std::string> found;
     for (const auto& entry : std::filesystem::directory_iterator(s_folder)) {
