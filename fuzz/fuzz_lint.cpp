@@ -62,7 +62,7 @@ void requireLookAlikesFound(const Document& document, const std::vector<lint::Fi
     }
     for (std::size_t index = 1; index < document.size(); ++index) {
         const QvVisa::DocumentLine line = document.line(index);
-        if (line.match.kind == QvVisa::LineKind::None && isShortLine(line.text) &&
+        if (line.match.kind == QvVisa::LineKind::None && hasOnlyShortLines(line.text) &&
             lines.count(index + 1) == 0 && looksLikeEntry(std::string(line.text))) {
             reportFinding("an ignored line that looks like an entry has no finding",
                           std::string(line.text));
