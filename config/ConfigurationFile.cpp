@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <optional>
 
@@ -62,29 +63,36 @@ void ConfigurationFile::reloadIfChanged()
 
 void ConfigurationFile::load()
 {
-    if (m_path.empty()) {
-        m_path = searchConfigFile(false);
+    try {
+        if (m_path.empty()) {
+            m_path = searchConfigFile(false);
+        }
+        if (m_path.empty() || !ModernConfigurationFile::isParseAble(m_path)) {
+            return;
+        }
+        // Before reading: a change during the read is noticed by the next change check.
+        const auto time = modificationTime(m_path);
+        auto implementation = std::make_unique<ModernConfigurationFile>(m_path);
+        std::unordered_map<std::string, std::string> aliases;
+        std::vector<std::string> resources;
+        unsigned short provider = m_provider;
+        implementation->parse(aliases, resources, provider);
+        if (!implementation->hadHeader()) {
+            // The file vanished, could not be read or was replaced after isParseAble().
+            return;
+        }
+        SerialPropertiesMap serialProperties = implementation->getSerialPropertiesMap();
+
+        // Nothing throws from here on: either everything is replaced or nothing.
+        m_aliases.swap(aliases);
+        m_resources.swap(resources);
+        m_serialProperties.swap(serialProperties);
+        m_provider = implementation->getProviderId();
+        m_implementation = std::move(implementation);
+        m_modificationTime = time.value_or(m_modificationTime);
+    } catch (const std::exception&) {
+        // Out of memory. As for a file that cannot be read, the next change check tries again.
     }
-    if (m_path.empty() || !ModernConfigurationFile::isParseAble(m_path)) {
-        return;
-    }
-    // Taken first: a change that comes while the file is read is noticed at the next look.
-    const auto time = modificationTime(m_path);
-    auto implementation = std::make_unique<ModernConfigurationFile>(m_path);
-    std::unordered_map<std::string, std::string> aliases;
-    std::vector<std::string> resources;
-    unsigned short provider = m_provider;
-    implementation->parse(aliases, resources, provider);
-    if (!implementation->hadHeader()) {
-        // The file vanished, failed or was replaced on the way.
-        return;
-    }
-    m_aliases = std::move(aliases);
-    m_resources = std::move(resources);
-    m_serialProperties = implementation->getSerialPropertiesMap();
-    m_provider = implementation->getProviderId();
-    m_implementation = std::move(implementation);
-    m_modificationTime = time.value_or(m_modificationTime);
 }
 
 std::string ConfigurationFile::lookupAlias(const std::string& resource) const
@@ -153,16 +161,29 @@ bool ConfigurationFile::getSerialProperties(unsigned short port,
     return true;
 }
 
-void ConfigurationFile::setData(const std::vector<std::pair<std::string, std::string>>& entries)
+bool ConfigurationFile::setData(
+    const std::vector<std::pair<std::string, std::string>>& entries) noexcept
 {
-    m_aliases.clear();
-    m_resources.clear();
-    for (const auto& [resource, alias] : entries) {
-        if (alias.empty()) {
-            m_resources.push_back(resource);
-        } else {
-            m_aliases[alias] = resource;
+    try {
+        std::unordered_map<std::string, std::string> aliases;
+        std::vector<std::string> resources;
+        aliases.max_load_factor(m_aliases.max_load_factor());
+        if (m_aliases.bucket_count() > 1) {
+            // The same aliases keep their order.
+            aliases.rehash(m_aliases.bucket_count());
         }
+        for (const auto& [resource, alias] : entries) {
+            if (alias.empty()) {
+                resources.push_back(resource);
+            } else {
+                aliases[alias] = resource;
+            }
+        }
+        m_aliases.swap(aliases);
+        m_resources.swap(resources);
+        return true;
+    } catch (const std::exception&) {
+        return false;
     }
 }
 
@@ -172,16 +193,20 @@ void ConfigurationFile::setProvider(unsigned short provider)
     m_provider = provider;
 }
 
-void ConfigurationFile::save()
+void ConfigurationFile::save() noexcept
 {
-    const std::lock_guard<std::recursive_mutex> lock(getMutex());
-    if (m_path.empty()) {
-        m_path = searchConfigFile(true);
+    try {
+        const std::lock_guard<std::recursive_mutex> lock(getMutex());
+        if (m_path.empty()) {
+            m_path = searchConfigFile(true);
+        }
+        if (!m_path.empty()) {
+            ModernConfigurationFile::write(m_path, m_aliases, m_resources, m_serialProperties,
+                                           m_provider);
+        }
+    } catch (const std::exception&) {
+        // Out of memory: like a file that cannot be written.
     }
-    if (m_path.empty()) {
-        return;
-    }
-    ModernConfigurationFile::write(m_path, m_aliases, m_resources, m_serialProperties, m_provider);
 }
 
 } // namespace QvVisa

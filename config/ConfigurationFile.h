@@ -16,41 +16,50 @@
 
 namespace QvVisa {
 
-/// The process's store of the VISA configuration: finds the file, holds what it says, reads it
-/// again when it has changed on disk, writes it. Texts are bytes (Latin-1 by the windows'
-/// convention), paths in the file system's encoding. Failures are not reported: what was held
-/// stays.
+/// The process-wide store of the VISA configuration: finds the file, holds its contents, reads it
+/// again when it has changed on disk, writes it. Texts are bytes (the windows take them as
+/// Latin-1), paths are in the file system's encoding. Failures, running out of memory included, are
+/// not reported unless a call says so: the contents stay as they were.
 ///
-/// getInstance(), setProvider() and save() may be called from any thread; the other calls and the
-/// public tables belong to the user-interface thread.
+/// Threads: getInstance(), setProvider() and save() lock getMutex() for their own duration, so any
+/// thread may call them, and searchConfigFile() and getMutex(), at any time. The other calls and
+/// the public tables are not locked, and getInstance() may reload, which replaces the tables and
+/// destroys what references and iterators into them refer to. Therefore:
+/// - A thread that reads the tables, or calls a const member, holds getMutex() from its
+///   getInstance() until it has finished. Without the mutex it may do so only while no other thread
+///   calls anything here but getMutex(), searchConfigFile() and save(): save() only reads them.
+/// - A thread that calls setData() or load(), or assigns to a table, holds getMutex().
+/// The mutex is recursive. ConfigurationModel holds it while it loads and saves. A program whose
+/// other threads do not use the store needs no lock.
 class ConfigurationFile
 {
 public:
-    /// Bytes that a caller's text buffer had best hold. The store itself knows no limit.
+    /// The suggested size of a caller's text buffer, in bytes. The store itself has no limit.
     static constexpr std::size_t BUFLEN = 256;
 
-    /// The one store; the first call creates it, finds the file and reads it. Every call reads the
-    /// file again if its modification time (in seconds) is another than at the last load.
+    /// Returns the store, which exists until the process exits. The first call creates it, finds
+    /// the file and reads it. Every call is a change check: it reads the file again if the file's
+    /// modification time, in seconds, differs from that of the last load.
     static ConfigurationFile* getInstance();
 
     /// getInstance() for a caller that holds getMutex().
     static ConfigurationFile* getInstanceUnsafe();
 
-    /// Guards creation, change check, setProvider() and save(). A holder may call the store.
+    /// Guards the store; see above for which calls lock it. Its holder may make every call.
     static std::recursive_mutex& getMutex();
 
     ConfigurationFile(const ConfigurationFile&) = delete;
     ConfigurationFile& operator=(const ConfigurationFile&) = delete;
 
-    /// The first alias whose resource string is the given one, upper and lower case alike; empty
-    /// if there is none.
+    /// Returns the first alias in m_aliases' iteration order whose resource string equals the given
+    /// one, ignoring case; empty if there is none.
     std::string lookupAlias(const std::string& resource) const;
 
-    /// Turns an alias name, in any case, into its resource string. False, and the name left as it
-    /// is, when no alias bears the upper-cased name.
+    /// Replaces an alias name by its resource string. False, and the name unchanged, when the
+    /// upper-cased name is not in m_aliases.
     bool replaceAlias(std::string& name) const;
 
-    /// Every resource string of the list and of the aliases, once each, in byte order.
+    /// Returns every resource string of both tables once, sorted by bytes.
     std::vector<std::string> getAllResources() const;
 
     /// One entry of the combined list: m_resources in order, then m_aliases in iteration order.
@@ -59,26 +68,28 @@ public:
     /// entries, iterate over the two tables.
     std::string getResource(std::size_t index, std::string& alias) const;
 
-    /// Fill the record with the board's or port's settings as the file gave them, defaults where
-    /// it did not. False, and the record left alone, when no file has been read.
+    /// Fill the record with the board's or port's settings from the file, defaults where it names
+    /// none. False, and the record unchanged, when no file has been read.
     bool getGpibProperties(unsigned short board, SGpibProperties& properties) const;
     bool getSerialProperties(unsigned short port, SSerialProperties& properties) const;
 
     /// Replaces both tables by (resource string, alias) pairs; an empty alias means none. Aliases
-    /// are kept as they are given, a later one replaces an equal earlier one.
-    void setData(const std::vector<std::pair<std::string, std::string>>& entries);
+    /// keep their case, and a later one replaces an equal earlier one. False, and both tables
+    /// unchanged, when memory runs out.
+    bool setData(const std::vector<std::pair<std::string, std::string>>& entries) noexcept;
 
     void setProvider(unsigned short provider);
 
-    /// Writes the file anew, or does nothing when no path is known. The recorded modification time
-    /// stays: the next getInstance() reads the file back.
-    void save();
+    /// Rewrites the whole file, or does nothing when no path is known. A file that cannot be
+    /// written stays as it was. The recorded modification time stays too, so the next getInstance()
+    /// reads the file back.
+    void save() noexcept;
 
-    /// Reads the file. When there is none, or it is not in the format, or cannot be read to its
-    /// end, everything stays as it was.
+    /// Reads the file. When there is none, or it is not in the format, cannot be read to its end or
+    /// memory runs out, everything stays as it was: either all contents are replaced or none.
     void load();
 
-    /// The configuration file's path: QVVISACONFFILE, visa.conf in the working folder,
+    /// Returns the configuration file's path: QVVISACONFFILE, visa.conf in the working folder,
     /// .quorvane/visa.conf under HOME, the system-wide file; the first that is a regular file.
     /// Empty when there is none.
     static std::string searchConfigFile(bool forWriting);

@@ -5,6 +5,8 @@
 
 #include <QItemSelectionModel>
 
+#include <mutex>
+#include <new>
 #include <string>
 
 namespace {
@@ -19,7 +21,7 @@ std::string toLatin1(const QString& text)
     return text.toLatin1().toStdString();
 }
 
-/// What keeps a typed text from breaking the file's "alias=resource" lines.
+/// Removes what would break the file's "alias=resource" lines.
 QString cleaned(const QString& text, int column)
 {
     QString result = text.trimmed();
@@ -43,6 +45,8 @@ ConfigurationModel::ConfigurationModel(QObject* parent) : QAbstractTableModel(pa
 void ConfigurationModel::loaddata()
 {
     m_entries.clear();
+    // getInstance() in another thread may reload, which replaces the tables.
+    const std::lock_guard<std::recursive_mutex> lock(QvVisa::ConfigurationFile::getMutex());
     const QvVisa::ConfigurationFile* store = QvVisa::ConfigurationFile::getInstance();
     m_entries.reserve(store->m_resources.size() + store->m_aliases.size());
     for (const std::string& resource : store->m_resources) {
@@ -255,15 +259,24 @@ void ConfigurationModel::setProvider(unsigned short provider)
 
 void ConfigurationModel::save()
 {
-    std::vector<std::pair<std::string, std::string>> entries;
-    entries.reserve(m_entries.size());
-    for (const auto& [resource, alias] : m_entries) {
-        entries.emplace_back(toLatin1(resource), toLatin1(alias));
+    // An exception must not reach the event loop. Entries that did not reach the store stay dirty.
+    try {
+        std::vector<std::pair<std::string, std::string>> entries;
+        entries.reserve(m_entries.size());
+        for (const auto& [resource, alias] : m_entries) {
+            entries.emplace_back(toLatin1(resource), toLatin1(alias));
+        }
+        QvVisa::SerialPropertiesMap serialProperties = m_serialProperties;
+        const std::lock_guard<std::recursive_mutex> lock(QvVisa::ConfigurationFile::getMutex());
+        QvVisa::ConfigurationFile* store = QvVisa::ConfigurationFile::getInstance();
+        if (!store->setData(entries)) {
+            return;
+        }
+        store->m_serialProperties.swap(serialProperties);
+        store->setProvider(m_provider);
+        store->save();
+    } catch (const std::bad_alloc&) {
+        return;
     }
-    QvVisa::ConfigurationFile* store = QvVisa::ConfigurationFile::getInstance();
-    store->setData(entries);
-    store->m_serialProperties = m_serialProperties;
-    store->setProvider(m_provider);
-    store->save();
     setDirty(false);
 }

@@ -45,20 +45,21 @@ public:
                         int role = Qt::DisplayRole) const override;
     QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
-    /// Edits one cell with the text cleaned: trimmed, blanks turned into "_", "=", "#" and ";"
-    /// deleted, in an alias ":" too. Always returns true, also where it changes nothing.
+    /// Stores the cleaned text in one cell: trimmed, blanks turned into "_", "=", "#" and ";"
+    /// deleted, in an alias ":" too. Always returns true, even if it changes nothing.
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
-    /// Refuses (false) a block that does not lie within the table.
+    /// False, and nothing changes, for a block that is not within the table.
     bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
 
-    /// Appends an entry as it is: not cleaned, duplicates kept.
+    /// Appends an entry without cleaning it; duplicates are kept.
     void add(const QString& resource, const QString& alias);
 
-    /// Replaces the selected row's resource string as it is, without a change notification.
+    /// Replaces the selected row's resource string without cleaning it and without a change
+    /// notification.
     void setResource(const QString& resource);
 
-    /// Tells the views that everything may have changed.
+    /// Notifies the views that everything may have changed.
     void refresh();
 
     bool isDirty() const;
@@ -68,7 +69,7 @@ public:
     const QvVisa::SerialPropertiesMap& getSerialProperties() const;
     unsigned short getProvider() const;
 
-    /// Each replaces the whole value, and marks the model dirty, only where it differs.
+    /// Each replaces the whole value and marks the model dirty, but only if the value differs.
     void setGpibProperties(const QvVisa::GpibPropertiesMap& properties);
     void setSerialProperties(const QvVisa::SerialPropertiesMap& properties);
     void setProvider(unsigned short provider);
@@ -87,7 +88,8 @@ public slots:
     /// Removes the row of the selection's current index, if there is a selection.
     void removeSelectedEntry();
     /// Writes entries, serial settings and provider to the store and its file. Clean afterwards,
-    /// even where the file could not be written.
+    /// even if the file cannot be written; only when memory runs out before the store has the
+    /// entries, the model stays dirty and store and file stay as they were.
     void save();
 
 private:

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "config/LineReader.h"
 
-#include "tests/config/ReaderReadCalls.h"
 #include "tests/support/FileContents.h"
 #include "tests/support/Files.h"
+#include "tests/support/SystemCalls.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <string>
@@ -18,6 +17,9 @@
 #include <vector>
 
 using QvVisa::LineReader;
+using support::CallAnswer;
+using support::SystemCall;
+using support::SystemCalls;
 
 namespace {
 
@@ -38,6 +40,11 @@ std::vector<std::string> split(const std::string& bytes)
         result.pop_back();
     }
     return result;
+}
+
+bool isRead(const SystemCall& call)
+{
+    return call.name == "read" || call.name == "pread";
 }
 
 class Reader : public testing::Test
@@ -115,31 +122,26 @@ TEST_F(Reader, APathWithoutReadableFileHasFailedFromTheStart)
 TEST_F(Reader, ShortAndInterruptedReadsChangeNothing)
 {
     const std::string bytes = "first\n\nsecond\r\nthird" + std::string(1, '\0') + "\nlast";
+    support::writeFile(m_path, bytes);
     for (std::size_t most = 1; most <= bytes.size() + 1; ++most) {
-        support::writeFile(m_path, bytes);
-        int calls = 0;
-        const ReaderReadCalls calling([&](int descriptor, void* buffer, std::size_t size) {
-            if (++calls % 3 == 1) {
-                errno = EINTR;
-                return ssize_t{-1};
-            }
-            return ReaderReadCalls::original(descriptor, buffer, std::min(most, size));
+        const SystemCalls calls([most, reads = 0](const SystemCall& call) mutable {
+            CallAnswer answer;
+            answer.mostBytes = most;
+            answer.error = isRead(call) && ++reads % 3 == 1 ? EINTR : 0;
+            return answer;
         });
         EXPECT_EQ(lines(), split(bytes)) << most << " bytes at once";
-        EXPECT_GE(calls, 3);
     }
 }
 
 TEST_F(Reader, AFailedReadEndsTheLinesWithAFailure)
 {
     support::writeFile(m_path, "first\nsecond\nthird\n");
-    const ReaderReadCalls calling([calls = 0](int descriptor, void* buffer,
-                                              std::size_t size) mutable {
-        if (++calls == 1) {
-            return ReaderReadCalls::original(descriptor, buffer, std::min<std::size_t>(size, 9));
-        }
-        errno = EIO;
-        return ssize_t{-1};
+    const SystemCalls calls([reads = 0](const SystemCall& call) mutable {
+        CallAnswer answer;
+        answer.mostBytes = 9;
+        answer.error = isRead(call) && ++reads > 1 ? EIO : 0;
+        return answer;
     });
     LineReader reader(m_path);
     std::string_view line;
@@ -157,28 +159,28 @@ TEST_F(Reader, AFileThatChangesItsSizeIsReadToItsNewEnd)
     const std::string start = "first\nsec";
     for (const std::string& now : {std::string("first\nsecond\nthird"), std::string("fir")}) {
         support::writeFile(m_path, start);
-        const ReaderReadCalls calling(
-            [&, calls = 0](int descriptor, void* buffer, std::size_t size) mutable {
-                if (++calls == 2) {
-                    support::writeFile(m_path, now);
-                }
-                return ReaderReadCalls::original(descriptor, buffer, size);
-            });
-        const bool grows = now.size() > start.size();
-        EXPECT_EQ(lines(), split(grows ? now : start)) << now;
+        const SystemCalls calls([&, reads = 0](const SystemCall& call) mutable {
+            if (isRead(call) && ++reads == 2) {
+                support::writeFile(m_path, now);
+            }
+            return CallAnswer();
+        });
+        EXPECT_EQ(lines(), split(now.size() > start.size() ? now : start)) << now;
     }
 }
 
 TEST_F(Reader, EachByteOfALongLineIsReadOnce)
 {
-    const std::string bytes = std::string(std::size_t{1024} * 1024, 'a') + "\nb";
+    constexpr std::size_t atOnce = 4096;
+    const std::string bytes = std::string(256 * atOnce - 2, 'a') + "\nb";
     support::writeFile(m_path, bytes);
-    std::size_t total = 0;
-    const ReaderReadCalls calling([&](int descriptor, void* buffer, std::size_t size) {
-        const ssize_t count = ReaderReadCalls::original(descriptor, buffer, size);
-        total += count > 0 ? static_cast<std::size_t>(count) : 0;
-        return count;
+    int reads = 0;
+    const SystemCalls calls([&reads](const SystemCall& call) {
+        reads += isRead(call) ? 1 : 0;
+        CallAnswer answer;
+        answer.mostBytes = atOnce;
+        return answer;
     });
     EXPECT_TRUE(lines() == split(bytes));
-    EXPECT_EQ(total, bytes.size());
+    EXPECT_EQ(reads, 256 + 3) << "three calls of next() find the end";
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "config/ConfigurationFile.h"
-#include "tests/config/SearchSandbox.h"
+#include "tests/config/store/SearchSandbox.h"
 #include "tests/support/Files.h"
 #include "tests/support/TestHome.h"
 
@@ -12,11 +12,11 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 namespace {
 
 namespace fs = std::filesystem;
+using Paths = std::vector<std::string>;
 
 std::string found(bool forWriting = false)
 {
@@ -41,126 +41,86 @@ protected:
     SearchSandbox m_sandbox{m_home.root()};
 };
 
-using Paths = std::vector<std::string>;
-
-TEST_F(Search, AsksTheFourPlacesInTheirOrder)
+TEST_F(Search, QueriesTheFourPathsInOrderUpToTheFirstFile)
 {
-    const Paths places = {named(), inWorkingFolder(), inHome(), SearchSandbox::systemWidePath};
+    const Paths paths = {named(), inWorkingFolder(), inHome(), SearchSandbox::systemWidePath};
     for (const bool forWriting : {false, true}) {
         EXPECT_EQ(found(forWriting), "");
-        EXPECT_EQ(SearchSandbox::takeQueries(), places);
+        EXPECT_EQ(SearchSandbox::takeQueries(), paths);
     }
-}
-
-enum class Place
-{
-    Missing,
-    Folder,
-    File
-};
-
-void arrange(const fs::path& path, Place place)
-{
-    fs::remove_all(path);
-    if (place == Place::Folder) {
-        fs::create_directory(path);
-    } else if (place == Place::File) {
-        support::writeFile(path, "");
-    }
-}
-
-/// The n-th of all ways in which the four places can be missing, a folder or a file.
-std::array<Place, 4> combination(int number)
-{
-    std::array<Place, 4> places{};
-    for (Place& place : places) {
-        place = static_cast<Place>(number % 3);
-        number /= 3;
-    }
-    return places;
+    support::writeFile(inWorkingFolder(), "");
+    EXPECT_EQ(found(), inWorkingFolder());
+    EXPECT_EQ(SearchSandbox::takeQueries(), (Paths{named(), inWorkingFolder()}));
+    fs::remove(inWorkingFolder());
+    EXPECT_EQ(found(true), "") << "the status of an earlier search has no effect";
 }
 
 TEST_F(Search, FindsTheFirstRegularFileForReadingAndForWriting)
 {
     const std::array<fs::path, 4> paths = {named(), inWorkingFolder(), inHome(),
                                            m_sandbox.systemWideFile()};
-    const std::array<std::string, 4> answers = {named(), inWorkingFolder(), inHome(),
+    const std::array<std::string, 4> results = {named(), inWorkingFolder(), inHome(),
                                                 SearchSandbox::systemWidePath};
-    for (int number = 0; number < 3 * 3 * 3 * 3; ++number) {
-        const std::array<Place, 4> places = combination(number);
+    // Each path is missing (0), a folder (1) or a file (2), in all combinations. The shared status
+    // is never a regular file before the first one, so forWriting makes no difference.
+    for (int combination = 0; combination < 3 * 3 * 3 * 3; ++combination) {
         std::string expected;
-        for (std::size_t i = paths.size(); i-- > 0;) {
-            arrange(paths[i], places[i]);
-            expected = places[i] == Place::File ? answers[i] : expected;
+        int kinds = combination;
+        for (std::size_t i = paths.size(); i-- > 0; kinds /= 3) {
+            fs::remove_all(paths[i]);
+            if (kinds % 3 == 1) {
+                fs::create_directory(paths[i]);
+            } else if (kinds % 3 == 2) {
+                support::writeFile(paths[i], "");
+                expected = results[i];
+            }
         }
-        EXPECT_EQ(found(false), expected) << "combination " << number;
-        // No step before the first regular file leaves one in the shared status: for writing, too,
-        // a file that does not exist is never found.
-        EXPECT_EQ(found(true), expected) << "combination " << number;
+        EXPECT_EQ(found(false), expected) << "combination " << combination;
+        EXPECT_EQ(found(true), expected) << "combination " << combination;
     }
 }
 
-TEST_F(Search, AsksNoFurtherThanTheFirstFile)
-{
-    support::writeFile(inWorkingFolder(), "");
-    EXPECT_EQ(found(), inWorkingFolder());
-    EXPECT_EQ(SearchSandbox::takeQueries(), (Paths{named(), inWorkingFolder()}));
-}
-
-TEST_F(Search, TakesTheNamedPathAsItIsWritten)
+TEST_F(Search, ReturnsTheVariablesValueUnchanged)
 {
     const fs::path odd = m_home.root() / "M\xe4\xdf ger\xe4te = #1.conf";
     support::writeFile(odd, "");
-    ::setenv("QVVISACONFFILE", odd.c_str(), 1);
-    EXPECT_EQ(found(), odd);
-
-    support::writeFile(m_home.workingFolder() / "relative.conf", "");
     const std::string relative =
         "./../" + m_home.workingFolder().filename().string() + "/relative.conf";
-    ::setenv("QVVISACONFFILE", relative.c_str(), 1);
-    EXPECT_EQ(found(), relative);
+    support::writeFile(relative, "");
+    for (const std::string& value : {odd.string(), relative}) {
+        ::setenv("QVVISACONFFILE", value.c_str(), 1);
+        EXPECT_EQ(found(), value);
+    }
 }
 
-TEST_F(Search, FollowsSymbolicLinksToFiles)
+TEST_F(Search, FollowsLinksToFilesAndSkipsPipesAndDevices)
 {
     fs::create_symlink(inHome(), named());
     EXPECT_EQ(found(), "") << "the link dangles";
     EXPECT_EQ(found(true), "") << "the link dangles";
     support::writeFile(inHome(), "");
     EXPECT_EQ(found(), named());
-}
 
-TEST_F(Search, PassesByPipesAndDevicesWithoutOpeningThem)
-{
+    fs::remove(named());
+    // Opening the pipe would hang.
     ASSERT_EQ(::mkfifo(named().c_str(), 0600), 0);
     fs::create_symlink("/dev/null", inWorkingFolder());
-    support::writeFile(inHome(), "");
     EXPECT_EQ(found(), inHome());
     EXPECT_EQ(found(true), inHome());
 }
 
-TEST_F(Search, TakesAnEmptyVariableForAMissingFile)
+TEST_F(Search, SkipsUnsetVariablesButNotEmptyOnes)
 {
     ::setenv("QVVISACONFFILE", "", 1);
-    support::writeFile(inHome(), "");
-    EXPECT_EQ(found(), inHome());
-    EXPECT_EQ(SearchSandbox::takeQueries(), (Paths{"", inWorkingFolder(), inHome()}));
-}
-
-TEST_F(Search, SkipsUnsetVariables)
-{
+    ::setenv("HOME", "", 1);
+    EXPECT_EQ(found(), "");
+    EXPECT_EQ(SearchSandbox::takeQueries(), (Paths{"", inWorkingFolder(), "/.quorvane/visa.conf",
+                                                   SearchSandbox::systemWidePath}));
     ::unsetenv("QVVISACONFFILE");
     ::unsetenv("HOME");
     EXPECT_EQ(found(), "");
     EXPECT_EQ(SearchSandbox::takeQueries(),
               (Paths{inWorkingFolder(), SearchSandbox::systemWidePath}));
-}
-
-TEST_F(Search, LooksAtTheRootForAnEmptyHome)
-{
-    ::setenv("HOME", "", 1);
-    found();
-    EXPECT_EQ(SearchSandbox::takeQueries().at(2), "/.quorvane/visa.conf");
 }
 
 TEST_F(Search, SkipsADeletedWorkingFolder)
@@ -174,13 +134,13 @@ TEST_F(Search, SkipsADeletedWorkingFolder)
     EXPECT_EQ(SearchSandbox::takeQueries(), (Paths{named(), inHome()}));
 }
 
-/// Makes a working folder whose path has this many bytes, with a visa.conf in it.
+/// Makes a working folder whose path has this length, with a visa.conf in it.
 void enterFolderOfLength(const fs::path& start, std::size_t length)
 {
     fs::current_path(start);
     std::size_t missing = length - start.string().size();
     while (missing > 0) {
-        // Not more than a file name may have, and never leaving room for a lone slash.
+        // Within the limit of a file name; the rest is never a lone slash.
         const std::size_t part = missing > 200 ? 100 : missing;
         const std::string name(part - 1, 'd');
         fs::create_directories(name);
@@ -193,21 +153,11 @@ void enterFolderOfLength(const fs::path& start, std::size_t length)
 TEST_F(Search, SkipsAWorkingFolderWhosePathNeedsMoreThan1024Bytes)
 {
     support::writeFile(inHome(), "");
-
-    // With the ending zero byte these are 1024 bytes.
+    // 1024 bytes with the terminating zero.
     enterFolderOfLength(m_home.workingFolder(), 1023);
     EXPECT_EQ(found().size(), 1023 + std::string("/visa.conf").size());
-
     enterFolderOfLength(m_home.workingFolder(), 1024);
     EXPECT_EQ(found(), inHome());
-}
-
-TEST_F(Search, ForgetsTheStatusOfAnEarlierSearch)
-{
-    support::writeFile(named(), "");
-    ASSERT_EQ(found(true), named());
-    fs::remove(named());
-    EXPECT_EQ(found(true), "");
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/config/SearchSandbox.h"
+#include "tests/config/store/SearchSandbox.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,7 +11,7 @@ namespace {
 
 struct State
 {
-    std::mutex mutex; ///< Guards what follows: stores are made by racing threads too.
+    std::mutex mutex; ///< Guards the other members: tests create the store in racing threads.
     std::filesystem::path systemWideFolder;
     std::vector<std::string> queries;
     std::function<void()> action;

@@ -6,26 +6,25 @@
 #include <string>
 #include <vector>
 
-/// Keeps a test from the machine's own system-wide configuration file, and sees what the search
-/// asks for: a program that links this has a stat() of its own. Queries beneath
-/// /Library/Preferences go to a folder of the test's, or find nothing while no sandbox is alive.
-/// One at a time.
+/// Redirects the search for the system-wide configuration file and records its queries: a program
+/// that links this has a stat() of its own. While an object lives, queries below
+/// /Library/Preferences go to a folder of the test, else they find nothing. One object at a time.
 class SearchSandbox
 {
 public:
-    /// The root folder exists; the sandbox puts its stand-in for /Library/Preferences beneath it.
+    /// Creates the folder that replaces /Library/Preferences in root.
     explicit SearchSandbox(const std::filesystem::path& root);
     ~SearchSandbox();
     SearchSandbox(const SearchSandbox&) = delete;
     SearchSandbox& operator=(const SearchSandbox&) = delete;
 
-    /// Where queries for the system-wide file lead.
+    /// The file that queries for the system-wide file reach.
     std::filesystem::path systemWideFile() const;
 
-    /// The paths that were asked for since the last call, in order.
+    /// The paths of the queries since the last call, in order.
     static std::vector<std::string> takeQueries();
 
-    /// Called before each query is answered, in the thread that asks; not for its own queries.
+    /// Is called before each query, in its thread; not for queries that it makes itself.
     static void onQuery(std::function<void()> action);
 
     static constexpr const char* systemWidePath = "/Library/Preferences/com.quorvane.visa.conf";

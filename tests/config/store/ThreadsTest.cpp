@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "tests/config/store/StoreTest.h"
+#include "tests/support/Files.h"
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+using QvVisa::ConfigurationFile;
+
+constexpr std::size_t s_threadCount = 16;
+
+/// Runs the action in many threads, which all start before it runs in any.
+void race(const std::function<void(std::size_t)>& action)
+{
+    std::promise<void> start;
+    const std::shared_future<void> started = start.get_future().share();
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < s_threadCount; ++i) {
+        threads.emplace_back([started, &action, i] {
+            started.wait();
+            action(i);
+        });
+    }
+    start.set_value();
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+bool isFreeForAnotherThread(std::recursive_mutex& mutex)
+{
+    return std::async(std::launch::async,
+                      [&] {
+                          const std::unique_lock<std::recursive_mutex> lock(mutex,
+                                                                            std::try_to_lock);
+                          return lock.owns_lock();
+                      })
+        .get();
+}
+
+class StoreThreads : public StoreTest
+{};
+
+TEST_F(StoreThreads, FirstUsesInManyThreadsMakeOneStore)
+{
+    m_configuration.write(s_lines);
+    std::vector<const ConfigurationFile*> seen(s_threadCount);
+    race([&seen](std::size_t i) { seen[i] = ConfigurationFile::getInstance(); });
+    EXPECT_EQ(seen, std::vector<const ConfigurationFile*>(s_threadCount, &store()));
+    EXPECT_EQ(SearchSandbox::takeQueries(), std::vector<std::string>{file()}) << "one search";
+}
+
+TEST_F(StoreThreads, TheMutexIsRecursiveAndReleasedByEachCall)
+{
+    std::recursive_mutex& mutex = ConfigurationFile::getMutex();
+    EXPECT_EQ(&mutex, &ConfigurationFile::getMutex());
+    {
+        const std::lock_guard<std::recursive_mutex> lock(mutex);
+        EXPECT_FALSE(isFreeForAnotherThread(mutex));
+        store().setProvider(5);
+        store().save();
+        EXPECT_EQ(ConfigurationFile::getInstanceUnsafe()->m_provider, 5);
+        EXPECT_FALSE(isFreeForAnotherThread(mutex)) << "a call released the caller's lock";
+    }
+    EXPECT_TRUE(isFreeForAnotherThread(mutex)) << "a call kept the mutex";
+}
+
+TEST_F(StoreThreads, CreationLoadAndSaveHoldTheMutex)
+{
+    std::filesystem::remove(file());
+    std::vector<bool> wasFree;
+    SearchSandbox::onQuery(
+        [&wasFree] { wasFree.push_back(isFreeForAnotherThread(ConfigurationFile::getMutex())); });
+    ConfigurationFile& created = store();
+    EXPECT_EQ(wasFree, std::vector<bool>(8, false)) << "created and loaded";
+    wasFree.clear();
+    created.save();
+    EXPECT_EQ(wasFree, std::vector<bool>(4, false)) << "saved";
+}
+
+// The sanitizers see whether each access is guarded, here and below.
+TEST_F(StoreThreads, ProviderSaveAndReloadMayRace)
+{
+    race([](std::size_t i) {
+        for (int round = 0; round < 20; ++round) {
+            ConfigurationFile* const shared = ConfigurationFile::getInstance();
+            shared->setProvider(static_cast<unsigned short>(1000 + i));
+            shared->save();
+        }
+    });
+    const unsigned short provider = readWithModernConfigurationFile(file()).provider;
+    EXPECT_TRUE(provider >= 1000 && provider < 1000 + s_threadCount) << provider;
+    EXPECT_EQ(m_configuration.read(),
+              m_configuration.header() + ":Provider=" + std::to_string(provider) + '\n');
+}
+
+/// A file whose texts are on the heap, so that a reader of replaced tables reads freed memory.
+std::string linesOf(int number)
+{
+    const std::string text(100, static_cast<char>('a' + number % 26));
+    std::string lines;
+    for (int i = 0; i < 20; ++i) {
+        lines += text + "\nALIAS" + std::to_string(i) + '=' + text + '\n';
+    }
+    return lines;
+}
+
+/// Visits all entries; false unless all texts are those of one file.
+bool areEntriesConsistent(const ConfigurationFile& store)
+{
+    const std::vector<std::string> all = store.getAllResources();
+    std::size_t seen = 0;
+    std::string alias;
+    while (!store.getResource(seen, alias).empty()) {
+        ++seen;
+    }
+    for (const auto& [name, resource] : store.m_aliases) {
+        seen += resource == all.front() ? 0 : 1000;
+    }
+    return all.size() == 1 && seen == 40 && !store.lookupAlias(all.front()).empty();
+}
+
+TEST_F(StoreThreads, AReaderWithTheMutexSeesOneFileWhileOthersReload)
+{
+    m_configuration.write(linesOf(0));
+    store();
+    std::atomic<bool> isDone{false};
+    std::thread reloader([&] {
+        while (!isDone) {
+            ConfigurationFile::getInstance()->setProvider(1);
+        }
+    });
+    int consistent = 0;
+    for (int round = 1; round <= 200; ++round) {
+        m_configuration.write(linesOf(round));
+        const std::lock_guard<std::recursive_mutex> lock(ConfigurationFile::getMutex());
+        consistent += areEntriesConsistent(store()) ? 1 : 0;
+    }
+    isDone = true;
+    reloader.join();
+    EXPECT_EQ(consistent, 200);
+}
+
+TEST_F(StoreThreads, AReaderWithoutTheMutexMayReadWhileOthersSave)
+{
+    m_configuration.write(linesOf(0));
+    const ConfigurationFile& read = store();
+    std::atomic<bool> isDone{false};
+    std::thread saver([&isDone, shared = &store()] {
+        while (!isDone) {
+            shared->save();
+        }
+    });
+    int consistent = 0;
+    for (int round = 0; round < 50; ++round) {
+        consistent += areEntriesConsistent(read) ? 1 : 0;
+    }
+    isDone = true;
+    saver.join();
+    EXPECT_EQ(consistent, 50);
+}
+
+} // namespace
