@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Every command in the pages works, every link and every path that they name is there.
+"""The commands in the pages work.
 
-A command is run here, or COMMANDS says what runs it. One that COMMANDS does not know fails the
-test, and so does an entry that no page has any more.
+Each is run with a home of its own, as far as a test may: see RULES. A command that no rule knows
+fails the test.
 
-usage: test_pages.py BUILD-FOLDER
+usage: test_commands.py BUILD-FOLDER
 """
 
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -22,12 +23,12 @@ import desktop  # noqa: E402
 import pages  # noqa: E402
 import program  # noqa: E402
 
-BUILD = None
-HOME = None  # of the one who types the commands
+BUILD = pathlib.Path(sys.argv[1]).resolve()
+HOME = None  # a scratch folder
 
 
 def environment():
-    """What a command sees: the program under test is installed, the home is a scratch folder."""
+    """The programs under test are installed, the home is a scratch folder."""
     result = {**os.environ, "HOME": str(HOME), "QVVISA_RESULTS": str(HOME),
               "PATH": f"{BUILD}:{os.environ['PATH']}", "PYTHONDONTWRITEBYTECODE": "1"}
     for name in "QVVISACONFFILE", "DISPLAY", "LD_LIBRARY_PATH":
@@ -35,27 +36,32 @@ def environment():
     return result
 
 
-def run(command):
-    """Runs a command as a reader would, from the project's folder, but on the build under test."""
-    done = subprocess.run(["bash", "-c", here(command)], cwd=SOURCES, env=environment(),
+def here(command):
+    """The command on the build under test and on files that exist."""
+    command = command.replace("QVVISA_RESULTS=/tmp ", "")
+    command = command.replace("--preset release", "--test-dir build/release")
+    command = re.sub(r"(\$PWD/)?\bbuild/release\b", str(BUILD), command)
+    command = command.replace("-R NAME", "-R .")
+    return re.sub(r"\bFILE\b", str(HOME / "visa.conf"), command)
+
+
+def run(command, folder=SOURCES, results=(0,)):
+    done = subprocess.run(["bash", "-c", here(command)], cwd=folder, env=environment(), timeout=120,
                           stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False)
-    if done.returncode != 0:
+    if done.returncode not in results:
         raise AssertionError(f"ended with {done.returncode}:\n{done.stdout}{done.stderr}")
     return done.stdout
 
 
-def here(command):
-    """The command on the build under test and on files that are there."""
-    command = command.replace("QVVISA_RESULTS=/tmp ", "")
-    command = command.replace("--preset release", "--test-dir build/release")
-    command = re.sub(r"(\$PWD/)?\bbuild/release\b", str(BUILD), command)
-    return re.sub(r"\bFILE\b", "tests/config/format/specimens/hand-written.conf", command)
+def runs_in_home(command):
+    """For the command line: 1 says that it found something, 2 and more that it was used wrongly."""
+    run(command, HOME, (0, 1))
 
 
-def opens_the_window(command, says=""):
+def opens_the_window(command, prints=""):
     """Runs it on a display of its own; the main window comes up and is closed again.
 
-    says: an expression that what it prints has to match."""
+    prints: an expression that its output has to match; without one it has to print nothing."""
     with desktop.Desktop() as display:
         its_environment = {**environment(), **display.environment(), "HOME": str(HOME),
                            "PATH": environment()["PATH"]}
@@ -64,199 +70,85 @@ def opens_the_window(command, says=""):
         display.key("alt+F4")
         desktop.wait_for(lambda: process.poll() is not None, "the program to end")
         printed = "\n".join(program.own_words(display.output_of("bash")))
-        if process.returncode != 0 or not (re.search(says, printed) if says else printed == ""):
+        matches = re.search(prints, printed) if prints else printed == ""
+        if process.returncode != 0 or not matches:
             raise AssertionError(f"ended with {process.returncode} and printed {printed!r}")
 
 
-def tells_of_libraries(command):
+def prints_libraries(command):
     opens_the_window("LD_LIBRARY_PATH=build/release/simulator " + command,
                      r"calling init: .*/libqvvisa\.so")
 
 
 def selects_tests(command):
-    """For ctest: running tests within a test would only run them again."""
-    count = re.search(r"^Total Tests: (\d+)$", run(command + " -N"), flags=re.MULTILINE)
-    if count is None or int(count[1]) == 0:
+    """For ctest: a test does not run the tests."""
+    if re.search(r"^Total Tests: 0$", run(command + " -N"), flags=re.MULTILINE):
         raise AssertionError("selects no test")
 
 
-def in_a_new_repository(command):
-    """For git: this one stays as it is."""
-    run("git init -q ~/new && cd ~/new && git config user.name me && git config user.email me@here && "
-        f"git commit -q --allow-empty -m first && GIT_EDITOR='echo first >' {command}")
+def exists(command):
+    """For what is long, or changes the machine, and is run by ./check or tools/try-package: the
+    file exists and knows the options."""
+    for part in re.split(r"&&|\|", command):
+        words = part.split()
+        file = SOURCES / words[0]
+        if words[0].startswith(("./", "tools/")):
+            if not os.access(file, os.X_OK):
+                raise AssertionError(f"{words[0]} is no program")
+            for word in words[1:]:
+                if word.startswith("--") and word[2:].split("=")[0] not in file.read_text():
+                    raise AssertionError(f"{words[0]} has no option {word}")
 
 
-def by(file, line):
-    """Another file runs it: a line of it begins like this."""
-    def is_there(_):
-        if not re.search(rf"^\s*{re.escape(line)}", (SOURCES / file).read_text(),
-                         flags=re.MULTILINE):
-            raise AssertionError(f"no line of {file} begins with {line}")
-    return is_there
+def names_a_preset(command):
+    for preset in re.findall(r"--preset (\w+)|build/(\w+)", command):
+        if f'"name": "{preset[0] or preset[1]}"' not in (SOURCES / "CMakePresets.json").read_text():
+            raise AssertionError("names no preset")
 
 
-def by_check(stage):
-    return by("check", stage)
+def has_a_manual_page(command):
+    if not (SOURCES / "packaging" / f"{command.split()[-1]}.1.in").exists():
+        raise AssertionError("there is no such page")
 
 
-def by_test(name):
-    """A test of that name runs it."""
-    def is_there(_):
-        if not re.search(rf": {re.escape(name)}$", run("ctest --preset release -N"),
-                         flags=re.MULTILINE):
-            raise AssertionError(f"there is no test {name}")
-    return is_there
+# The first pattern that matches the whole command decides.
+RULES = [
+    (r"\S+ --help", run),
+    (r"LD_DEBUG=libs QvVisaConfigure .*", prints_libraries),
+    (r"([A-Z_]+=\S+ )*(build/release/)?(QvVisaConfigure|qvvisaconfigure)", opens_the_window),
+    (r"(\./|tools/)(check|run|bench|fuzz|icons|install|lint|mutate|screenshots|try-package).*", exists),
+    (r"ctest .*", selects_tests),
+    (r"(cmake|ninja|cpack) .*", names_a_preset),
+    (r"clang-format -i FILES", lambda command: None),
+    (r"(sudo )?(apt|apt-get|dnf|zypper|pacman|brew) .*", lambda command: None),
+    (r"git (tag|clone|log|diff|archive) .*", lambda command: None),
+    (r"man \S+", has_a_manual_page),
+    (r"(QVVISA_\w+=\S+ )+tests/endtoend/\w+\.py", run),
+    (r"build/release/fuzz/\w+ FILE", run),
+    (r"(mkdir|echo|printf|cp|ls|cat) .*", runs_in_home),
+    (r"([A-Z_]+=\S+ )*(build/release/)?qvvisa .*", runs_in_home),
+]
 
 
-WITH_STAND_IN = ("LD_LIBRARY_PATH=build/release/simulator QVVISA_BENCH=simulator/sample-bench.txt "
-                 "build/release/QvVisaConfigure")
-
-COMMANDS = {
-    "README.md": {
-        "./run": by_check("stage run tests/docs/try_run.py"),
-        "./run --mine": by_check("stage run tests/docs/try_run.py"),
-        "./check": by_check("tests release"),
-        WITH_STAND_IN: opens_the_window,
-        "tools/install-packages check": by_check("stage install tools/install-packages check"),
-        "cmake --preset release": by_check("stage release-build build release"),
-        "ninja -C build/release packages": by("tests/packaging/test_debian_packages.py",
-                                              '"--config", BUILD / "CPackConfig.cmake"'),
-        "sudo apt install ./build/release/packages/qvvisaconfigure_*.deb":
-            by("tools/try-package",
-               'arrived = debian.install("/root/" + packages["qvvisaconfigure"].name'),
-        "sudo apt remove qvvisaconfigure":
-            by("tools/try-package", 'debian.run("apt-get", action'),
-        "man QvVisaConfigure":
-            by("tests/packaging/test_installed_files.py", '["man", "--warnings"'),
-        "ninja -C build/release && sudo cmake --install build/release":
-            by("tests/packaging/staged.py", 'run(os.environ["QVVISA_CMAKE"], "--install", BUILD'),
-        "cpack --config build/release/CPackConfig.cmake":
-            by("tests/packaging/test_debian_packages.py", '"--config", BUILD / "CPackConfig.cmake"'),
-        "LD_LIBRARY_PATH=/usr/lib/x86_64-linux-gnu/qvvisa-simulator "
-        "QVVISA_BENCH=/usr/share/qvvisa-simulator/sample-bench.txt QvVisaConfigure":
-            by("tools/try-package",
-               'QVVISA_BENCH="/usr/share/qvvisa-simulator/sample-bench.txt"'),
-    },
-    "HACKING.md": {
-        "tools/install-packages check": by_check("stage install tools/install-packages check"),
-        "cmake --preset release": by_check("stage release-build build release"),
-        "ninja -C build/release": by_check("stage release-build build release"),
-        "./check": by_check("tests release"),
-        "./check --full": by_check("--full) full=true"),
-        "ctest --preset release -N": selects_tests,
-        "ctest --preset release -R gui.main_window": selects_tests,
-        "ctest --preset release -L endtoend -j2": selects_tests,
-        "ninja -C build/tsan thread_tests && ctest --preset tsan -L threads":
-            by_check("stage tsan-build threads_build"),
-        "QVVISA_PROGRAM=$PWD/build/release/QvVisaConfigure "
-        "QVVISA_SIMULATOR=$PWD/build/release/simulator QVVISA_RESULTS=/tmp "
-        "tests/endtoend/test_editing.py": run,
-        "tools/fuzz 60": by_check("stage fuzz tools/fuzz 20"),
-        "tools/fuzz --help": run,
-        "build/release/fuzz/fuzz_reader FILE": run,
-        "tools/bench": by_check("stage benchmarks tools/bench"),
-        "tools/bench-startup": by_check("stage startup tools/bench-startup"),
-        "git tag -a 5.12.1": in_a_new_repository,
-        "ninja -C build/release packages": by("tests/packaging/test_debian_packages.py",
-                                              '"--config", BUILD / "CPackConfig.cmake"'),
-        "ctest --preset release -L packaging": selects_tests,
-        "tools/check-layers && tools/check-spdx && tools/icons --check":
-            by_check("stage layers tools/check-layers"),
-        "clang-format -i FILES": by_check("stage format format_is_right"),
-        "clang-tidy -p build/release FILES": by_check("stage lint lint"),
-        "tools/screenshots": by_test("docs.pictures"),
-        "tools/screenshots --looks build/looks": by_check("stage looks tools/screenshots --looks"),
-    },
-    "docs/bench-file.md": {
-        WITH_STAND_IN: opens_the_window,
-    },
-    "docs/performance.md": {
-        "tools/bench": by_check("stage benchmarks tools/bench"),
-        "tools/bench-startup": by_check("stage startup tools/bench-startup"),
-    },
-    "docs/robustness.md": {
-        "ctest --preset release -R NAME": by_check("tests release"),
-        "tools/fuzz 1800": by_check("stage fuzz tools/fuzz 300"),
-        "./check --full": by_check("--full) full=true"),
-        "cmake --preset tsan && ninja -C build/tsan && ctest --preset tsan":
-            by_check("stage tsan-build build tsan && tests tsan"),
-    },
-    "docs/user-guide.md": {
-        "mkdir -p ~/.quorvane": run,
-        "echo ':QvVisaConfigurationFileVersion01' > ~/.quorvane/visa.conf": run,
-        "QVVISACONFFILE=$HOME/bench-3.conf QvVisaConfigure": opens_the_window,
-        "LD_DEBUG=libs QvVisaConfigure 2>&1 | grep visa": tells_of_libraries,
-    },
-}
+def check(command):
+    for pattern, action in RULES:
+        if re.fullmatch(pattern, command):
+            action(command)
+            return
+    raise AssertionError("no rule of this test knows it; a block that is no command is ```text")
 
 
-def check_commands(page, text):
-    known = COMMANDS.get(str(page), {})
-    found = pages.commands(text)
-    for command in dict.fromkeys(found):
-        if command not in known:
-            yield (f"{command}\n    is in no table of commands: run it in tests/docs/test_pages.py, "
-                   "or say there what does; a block that is no command is ```text")
-            continue
+faults = []
+commands = [(page, command) for page in pages.all_pages(SOURCES)
+            for command in dict.fromkeys(pages.commands((SOURCES / page).read_text()))]
+with tempfile.TemporaryDirectory() as scratch:
+    HOME = pathlib.Path(scratch)
+    shutil.copy(SOURCES / "tools/demo/visa.conf", HOME)
+    for page_, command_ in commands:
         try:
-            known[command](command)
-        except AssertionError as fault:
-            yield f"{command}\n    {fault}"
-    for command in known.keys() - set(found):
-        yield f"{command}\n    is in tests/docs/test_pages.py and not in the page any more"
-
-
-def check_links(page, text):
-    for link in pages.links(text):
-        if re.match(r"\w+:", link):
-            continue
-        target, _, anchor = link.partition("#")
-        file = SOURCES / page.parent / target if target else SOURCES / page
-        if not file.exists():
-            yield f"the link {link} leads nowhere"
-        elif anchor and anchor not in pages.anchors(file.read_text()):
-            yield f"the link {link} names no heading"
-
-
-def check_paths(text):
-    folders = {path.name for path in SOURCES.iterdir() if path.is_dir()} - {"build"}
-    for path in pages.named_paths(text, folders):
-        if not (SOURCES / path).exists():
-            yield f"`{path}` is not there"
-
-
-def check_nothing_is_lost(texts):
-    """Each page and each picture is linked from somewhere."""
-    linked = {os.path.normpath(page.parent / link.partition("#")[0])
-              for page, text in texts.items() for link in pages.links(text)}
-    parts = [path.relative_to(SOURCES) for path in sorted((SOURCES / "docs").rglob("*.*"))]
-    for part in parts:
-        if str(part) not in linked:
-            yield f"{part}: no page leads there"
-
-
-def main():
-    global BUILD, HOME
-    BUILD = pathlib.Path(sys.argv[1]).resolve()
-    with tempfile.TemporaryDirectory() as scratch:
-        HOME = pathlib.Path(scratch)
-        sys.exit(1 if faults_of_all_pages() else 0)
-
-
-def faults_of_all_pages():
-    """Prints every fault; gives their number."""
-    texts = {page: (SOURCES / page).read_text() for page in pages.all_pages(SOURCES)}
-    faults = [f"{page}: there is no such page" for page in COMMANDS
-              if pathlib.Path(page) not in texts]
-    for page, text in texts.items():
-        for check in (check_commands(page, text), check_links(page, text), check_paths(text)):
-            faults += [f"{page}: {fault}" for fault in check]
-    faults += check_nothing_is_lost(texts)
-    for fault in faults:
-        print(fault)
-    print(f"{len(texts)} pages, {sum(len(pages.commands(text)) for text in texts.values())} commands, "
-          f"{sum(len(pages.links(text)) for text in texts.values())} links, {len(faults)} faults")
-    return len(faults) + (not texts)
-
-
-main()
+            check(command_)
+        except (AssertionError, desktop.Failure, subprocess.TimeoutExpired) as fault_:
+            faults.append(f"{page_}: {command_}\n    {fault_}")
+print("\n".join(faults))
+print(f"{len(commands)} commands, {len(faults)} faults")
+sys.exit(1 if faults or not commands else 0)
