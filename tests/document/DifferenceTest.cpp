@@ -78,9 +78,9 @@ INSTANTIATE_TEST_SUITE_P(Document, Differences, testing::ValuesIn(s_cases), case
 TEST(WindowSave, LosesWhatTheSavedFileDoesNotHave)
 {
     const Document document(s_header + "# x\n:SerialProperty[DeviceNo=1].Parity=2\n\nb = 1\nA=1\n"
-                                       ":GPIBProperty[DeviceNo=1].PrimaryAddress=2\nR\n");
+                                       ":GPIBProperty[DeviceNo=1].PrimaryAddress=2\nR\nA=1\n");
     const QvVisa::WindowSave save(document);
-    EXPECT_EQ(save.lost, (std::vector<std::size_t>{1, 3, 4, 6}));
+    EXPECT_EQ(save.lost, (std::vector<std::size_t>{1, 3, 4, 6, 8}));
     EXPECT_EQ(save.added, (std::vector<std::string>{
                               ":Provider=3674", ":SerialProperty[DeviceNo=1].Baudrate=9600",
                               ":SerialProperty[DeviceNo=1].DataBits=8",
