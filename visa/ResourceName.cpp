@@ -475,6 +475,11 @@ private:
             colon < std::min(device.text.find('['), device.text.size())) {
             return fail(Problem::BadCharacter, Field::LanDevice, device.begin + colon, 1);
         }
+        if (const std::size_t bracket = device.text.rfind('[');
+            bracket != std::string_view::npos &&
+            device.text.find(']', bracket) == std::string_view::npos) {
+            return fail(Problem::BadCharacter, Field::LanDevice, device.begin + bracket, 1);
+        }
         const bool isHislip = startsWithIgnoringCase(device.text, "HISLIP");
         const std::size_t prefix = isHislip                                      ? 6
                                    : startsWithIgnoringCase(device.text, "INST") ? 4

@@ -182,6 +182,7 @@ TEST(ResourceName, AFaultSaysWhatIsWrongAndWhere)
         {"TCPIP0::m\xFC\xFCller::INSTR", Problem::NotAscii, Field::Location, 9, 2},
         {"TCPIP0::h::inst0:", Problem::BadCharacter, Field::LanDevice, 16, 1},
         {"TCPIP0::h::inst0:::INSTR", Problem::UnknownClass, Field::Class, 18, 6},
+        {"TCPIP0::h::inst[0::30::INSTR", Problem::BadCharacter, Field::LanDevice, 15, 1},
         {"TCPIP0::h::inst::INSTR", Problem::BadLanDevice, Field::LanDevice, 11, 4},
         {"TCPIP0::h::inst0x::INSTR", Problem::BadLanDevice, Field::LanDevice, 11, 6},
         {"TCPIP0::h::inst0,1::INSTR", Problem::BadLanDevice, Field::LanDevice, 11, 7},
