@@ -202,7 +202,7 @@ void ConfigurationFile::save() noexcept
         }
         if (!m_path.empty()) {
             ModernConfigurationFile::write(m_path, m_aliases, m_resources, m_serialProperties,
-                                           m_provider);
+                                           m_provider, m_modificationTime);
         }
     } catch (const std::exception&) {
         // Out of memory: like a file that cannot be written.

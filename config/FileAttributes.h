@@ -13,7 +13,12 @@ namespace QvVisa {
 /// other's name. Set-ID bits are kept only together with owner and group.
 bool copyAttributes(int from, const struct stat& status, int to);
 
-/// The part of it that differs from system to system: access control list and extended attributes.
+// What differs from system to system.
+
+/// The part of copyAttributes() for access control list and extended attributes.
 bool copyExtendedAttributes(int from, int to);
+
+/// True for a folder that takes new files but lets none be removed or renamed.
+bool isAppendOnly(int folder);
 
 } // namespace QvVisa

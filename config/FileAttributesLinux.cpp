@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "config/FileAttributes.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <algorithm>
@@ -103,6 +105,13 @@ bool copyExtendedAttributes(int from, int to)
     return names && std::all_of(names->begin(), names->end(), [=](const std::string& name) {
                return copyAttribute(from, to, name);
            });
+}
+
+bool isAppendOnly(int folder)
+{
+    struct statx status = {};
+    return ::statx(folder, "", AT_EMPTY_PATH, 0, &status) == 0 &&
+           (status.stx_attributes & STATX_ATTR_APPEND) != 0;
 }
 
 } // namespace QvVisa

@@ -29,4 +29,10 @@ bool copyExtendedAttributes(int from, int to)
            ::fcopyfile(from, to, nullptr, COPYFILE_ACL | COPYFILE_XATTR) == 0;
 }
 
+bool isAppendOnly(int folder)
+{
+    struct stat status = {};
+    return ::fstat(folder, &status) == 0 && (status.st_flags & (UF_APPEND | SF_APPEND)) != 0;
+}
+
 } // namespace QvVisa

@@ -52,6 +52,17 @@ FileDescriptor FileDescriptor::openPatiently(int folder, const std::string& path
     }
 }
 
+FileDescriptor FileDescriptor::openFolder(const std::string& path)
+{
+#ifdef O_PATH
+    constexpr int access = O_PATH;
+#else
+    constexpr int access = O_RDONLY;
+#endif
+    return FileDescriptor(
+        uninterrupted([&path] { return ::open(path.c_str(), access | O_DIRECTORY | O_CLOEXEC); }));
+}
+
 bool FileDescriptor::close()
 {
     const int descriptor = std::exchange(m_descriptor, -1);

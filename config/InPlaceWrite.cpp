@@ -30,33 +30,37 @@ std::optional<std::string> readContents(const TargetFile& target)
 }
 
 /// Writes the bytes padded with line feeds to length, then cuts the padding off: the text means the
-/// same if the process is killed in between, and a write that fails can be rolled back without new
-/// disk space. Length 0 for no padding.
+/// same if the process is killed in between, and a write that fails can be undone without new disk
+/// space. Length 0 for no padding.
 bool overwrite(int descriptor, std::string_view bytes, std::size_t length)
 {
     std::string padded(bytes);
     padded.resize(std::max(bytes.size(), length), '\n');
     return writeFully(descriptor, padded) &&
            uninterrupted(
-               [=] { return ::ftruncate(descriptor, static_cast<off_t>(bytes.size())); }) == 0 &&
-           flushToDisk(descriptor);
+               [=] { return ::ftruncate(descriptor, static_cast<off_t>(bytes.size())); }) == 0;
 }
 
 } // namespace
 
-bool writeInPlace(const TargetFile& target, std::string_view bytes)
+InPlaceOutcome writeInPlace(const TargetFile& target, std::string_view bytes,
+                            const WriteOptions& options)
 {
     const std::optional<std::string> old = readContents(target);
     if (!old) {
-        return false;
+        return InPlaceOutcome::Unchanged;
     }
-    if (overwrite(target.descriptor(), bytes, old->size())) {
-        return true;
+    const int file = target.descriptor();
+    if (overwrite(file, bytes, old->size())) {
+        adjustModificationTime(file, target, options);
+        if (flushToDisk(file)) {
+            return InPlaceOutcome::Written;
+        }
     }
     const int error = errno;
-    overwrite(target.descriptor(), *old, 0);
+    const bool isUndone = overwrite(file, *old, 0) && flushToDisk(file);
     errno = error;
-    return false;
+    return isUndone ? InPlaceOutcome::Unchanged : InPlaceOutcome::Torn;
 }
 
 } // namespace QvVisa

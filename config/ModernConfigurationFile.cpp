@@ -161,7 +161,8 @@ void ModernConfigurationFile::write(const std::string& path,
                                     const std::unordered_map<std::string, std::string>& aliases,
                                     const std::vector<std::string>& resources,
                                     const SerialPropertiesMap& serialProperties,
-                                    unsigned short provider)
+                                    unsigned short provider,
+                                    std::optional<std::int64_t> timeToAvoid)
 {
     std::string text;
     // Growing step by step would copy a large text several times.
@@ -188,7 +189,9 @@ void ModernConfigurationFile::write(const std::string& path,
         text += resource;
         text += '\n';
     }
-    writeFileAtomically(path, text);
+    WriteOptions options;
+    options.timeToAvoid = timeToAvoid;
+    writeFileAtomically(path, text, options);
 }
 
 std::string ModernConfigurationFile::GetVersionString()

@@ -3,6 +3,8 @@
 
 #include "config/IConfigurationFileImpl.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -44,11 +46,13 @@ public:
     void save() const;
 
     /// save() for tables that the caller holds: copying large tables would take longer than writing
-    /// them.
+    /// them. timeToAvoid: a modification time, in seconds since the epoch, that the file must not
+    /// get; it gets the next second then.
     static void write(const std::string& path,
                       const std::unordered_map<std::string, std::string>& aliases,
                       const std::vector<std::string>& resources,
-                      const SerialPropertiesMap& serialProperties, unsigned short provider);
+                      const SerialPropertiesMap& serialProperties, unsigned short provider,
+                      std::optional<std::int64_t> timeToAvoid = std::nullopt);
 
     /// ":QvVisaConfigurationFileVersion01", with which the first line of every file begins.
     static std::string GetVersionString();

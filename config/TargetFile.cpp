@@ -13,13 +13,6 @@ namespace QvVisa {
 
 namespace {
 
-#ifdef O_PATH
-// Needs no permission to list the folder.
-constexpr int s_openFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;
-#else
-constexpr int s_openFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
-#endif
-
 /// Whether the link may be trusted. In a sticky folder that everyone may write, others can put
 /// links of theirs in place, but not exchange or remove the user's or the folder owner's.
 bool mayFollow(int folder, const struct stat& link)
@@ -102,8 +95,7 @@ std::optional<TargetFile> TargetFile::resolve(std::filesystem::path path)
         target.m_path = path;
         target.m_name = path.filename();
         const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-        target.m_folder =
-            FileDescriptor(uninterrupted([&] { return ::open(folder.c_str(), s_openFolder); }));
+        target.m_folder = FileDescriptor::openFolder(folder);
         if (!target.m_folder.isOpen()) {
             return std::nullopt;
         }

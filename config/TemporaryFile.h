@@ -9,15 +9,21 @@
 
 namespace QvVisa {
 
-/// A new file that takes another file's name once it is complete. Until then its name, if it has
-/// one, is a temporary one, .qvvisa-PID-NUMBER.tmp. The destructor removes whatever file bears the
-/// temporary name.
+/// A new file that takes another file's name once it is complete. Until then it has no name, so
+/// that nothing is left of it when the process dies, or a temporary one, .qvvisa-PID-NUMBER.tmp.
+/// The destructor removes whatever file has the temporary name.
 class TemporaryFile
 {
 public:
-    /// Creates the file in the folder, a descriptor that must stay open as long as this object; its
-    /// permissions are what open() makes of mode. With isOpen() false afterwards, errno says why.
-    TemporaryFile(int folder, mode_t mode);
+    enum class Kind
+    {
+        Unnamed, ///< Where the system and the file system have such files, else as Named.
+        Named,
+    };
+
+    /// Creates an empty file in the folder; its permissions are what open() makes of mode. With
+    /// isOpen() false afterwards, errno says why. folder: a descriptor, which is duplicated.
+    TemporaryFile(int folder, mode_t mode, Kind kind);
     ~TemporaryFile();
 
     TemporaryFile(const TemporaryFile&) = delete;
@@ -25,21 +31,35 @@ public:
 
     bool isOpen() const { return m_file.isOpen(); }
     int descriptor() const { return m_file.get(); }
+    int folder() const { return m_folder.get(); }
 
     /// The temporary name in the folder; empty when the file has none.
     const std::string& name() const { return m_name; }
+
+    /// Makes sure that the file has a temporary name, as all further calls require. False, with
+    /// errno set, when an unnamed file cannot get one: start over with Kind::Named.
+    bool giveName();
 
     /// Renames the file to a name in the folder, replacing any file of that name. False, with errno
     /// set, when that failed.
     bool renameTo(const std::string& name);
 
-    /// Exchanges the two names in one step: the other file then bears the temporary name, and is
-    /// removed by the destructor unless exchanged back or renamed. False, with errno set (EINVAL or
-    /// ENOTSUP where the system cannot do it), when nothing was exchanged.
+    /// Exchanges the two names in one step: the other file then has the temporary name, and is
+    /// removed by the destructor unless exchanged back, renamed or kept. False, with errno set
+    /// (EINVAL or ENOTSUP where the system cannot do it), when nothing was exchanged.
     bool exchangeWith(const std::string& name);
 
+    /// Leaves the file with the temporary name where it is.
+    void keep() { m_name.clear(); }
+
+    /// Removes the temporary files in the folder that processes of this user left when they died.
+    static void removeLeftovers(int folder);
+
 private:
-    int m_folder;
+    bool createUnnamed(mode_t mode);
+    bool createNamed(mode_t mode);
+
+    FileDescriptor m_folder;
     FileDescriptor m_file;
     std::string m_name;
 };

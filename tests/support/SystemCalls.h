@@ -12,7 +12,7 @@ namespace support {
 /// A system call that the code under test is about to make.
 struct SystemCall
 {
-    std::string name;
+    std::string name; ///< The function's; "openat(O_TMPFILE)" for the creation of an unnamed file.
     int number;       ///< 1 for the first call since the object was made.
     std::size_t size; ///< The bytes that a read or write asks for; else 0.
 };
@@ -23,6 +23,7 @@ struct CallAnswer
     int error = 0;                    ///< Not 0: the call is not made and fails with this errno.
     std::size_t mostBytes = SIZE_MAX; ///< A read or write moves no more.
     bool isLast = false;              ///< The process is killed after the call.
+    bool isSkipped = false;           ///< The call is not made and returns 0.
 };
 
 /// Intercepts the file system calls of this process: a program that links the library

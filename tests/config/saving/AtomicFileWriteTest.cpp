@@ -184,41 +184,6 @@ TEST_F(AtomicFileWrite, LeavesDevicesAlone)
     EXPECT_EQ(names(), (Names{"device", "visa.conf"}));
 }
 
-std::string temporaryName(int attempt)
-{
-    return ".qvvisa-" + std::to_string(::getpid()) + "-" + std::to_string(attempt) + ".tmp";
-}
-
-TEST_F(AtomicFileWrite, PassesByWhatAKilledSaveLeftBehind)
-{
-    writeFile(file(), s_old);
-    writeFile(folder() / "precious", "precious");
-    writeFile(folder() / temporaryName(0), "left over");
-    fs::create_directory(folder() / temporaryName(1));
-    fs::create_symlink("precious", folder() / temporaryName(2));
-    fs::create_symlink("missing", folder() / temporaryName(3));
-    const Names before = names();
-    const ino_t inode = statusOf(file()).st_ino;
-    EXPECT_TRUE(writeFileAtomically(file(), s_new));
-    EXPECT_EQ(readFile(file()), s_new);
-    EXPECT_NE(statusOf(file()).st_ino, inode) << "not replaced";
-    EXPECT_EQ(names(), before);
-    EXPECT_EQ(readFile(folder() / temporaryName(0)), "left over");
-    EXPECT_EQ(readFile(folder() / "precious"), "precious");
-}
-
-TEST_F(AtomicFileWrite, OverwritesInPlaceWhereNoTemporaryNameIsFree)
-{
-    writeFile(file(), s_old);
-    for (int attempt = 0; attempt < 1000; ++attempt) {
-        writeFile(folder() / temporaryName(attempt), "");
-    }
-    const ino_t inode = statusOf(file()).st_ino;
-    EXPECT_TRUE(writeFileAtomically(file(), s_new));
-    EXPECT_EQ(readFile(file()), s_new);
-    EXPECT_EQ(statusOf(file()).st_ino, inode);
-}
-
 TEST_F(AtomicFileWrite, TakesTheLongestNames)
 {
     const fs::path longest = folder() / std::string(255, 'n');

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Saves on a system that is short of room, and beside other programs.
+// Saves within the limits of the system, on unusual folders, and beside other programs.
 
 #include "config/AtomicFileWrite.h"
 #include "config/ConfigurationFile.h"
 #include "config/ModernConfigurationFile.h"
+#include "config/WriteSignals.h"
+#include "tests/config/saving/SavingTest.h"
 #include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/OrdinaryUser.h"
-#include "tests/support/TestHome.h"
+#include "tests/support/SystemCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +17,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #ifdef __linux__
+#include <fcntl.h>
+#include <linux/fs.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/mount.h>
 #endif
 
@@ -38,20 +43,13 @@ std::ptrdiff_t countIn(const fs::path& folder)
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
-class SaveFaultsSystem : public testing::Test
-{
-protected:
-    fs::path folder() const { return m_home.workingFolder(); }
-    fs::path file() const { return folder() / "visa.conf"; }
-
-    support::TestHome m_home;
-};
+class SaveInSystem : public SavingTest
+{};
 
 bool replaceWithinLimit(const fs::path& file, std::size_t size, rlim_t limit)
 {
     return support::inChildProcess([&] {
-        // Without this the system ends a process that goes beyond, as it would any program.
-        std::signal(SIGXFSZ, SIG_IGN);
+        QvVisa::ignoreWriteSignals();
         const struct rlimit limits = {limit, limit};
         if (::setrlimit(RLIMIT_FSIZE, &limits) != 0) {
             ::_exit(1);
@@ -60,8 +58,9 @@ bool replaceWithinLimit(const fs::path& file, std::size_t size, rlim_t limit)
     });
 }
 
-TEST_F(SaveFaultsSystem, KeepTheOldFileWhenFilesMayNotGrowThatLong)
+TEST_F(SaveInSystem, KeepTheOldFileWhenFilesMayNotGrowThatLong)
 {
+    fs::remove(file());
     EXPECT_FALSE(replaceWithinLimit(file(), 20'000, 10'000));
     EXPECT_EQ(countIn(folder()), 0);
 
@@ -80,6 +79,16 @@ TEST_F(SaveFaultsSystem, KeepTheOldFileWhenFilesMayNotGrowThatLong)
     }
     EXPECT_TRUE(replaceWithinLimit(file(), 10'000, 10'000));
     EXPECT_EQ(readFile(file()), std::string(10'000, 'n'));
+}
+
+TEST_F(SaveInSystem, WritesToClosedPipesFailWithoutEndingTheProgram)
+{
+    EXPECT_TRUE(support::inChildProcess([] {
+        QvVisa::ignoreWriteSignals();
+        int ends[2] = {};
+        return ::pipe(ends) == 0 && ::close(ends[0]) == 0 && ::write(ends[1], "x", 1) < 0 &&
+               errno == EPIPE;
+    }));
 }
 
 #ifdef __linux__
@@ -122,7 +131,7 @@ void fillFileSystem(const fs::path& folder, std::size_t room)
     fs::remove(folder / "room");
 }
 
-TEST_F(SaveFaultsSystem, KeepTheOldFileWhenTheDiskIsFull)
+TEST_F(SaveInSystem, KeepTheOldFileWhenTheDiskIsFull)
 {
     if (!support::inChildProcess([this] { return mountSmallFileSystem(folder()); })) {
         GTEST_SKIP() << "this user may not mount a small file system";
@@ -149,8 +158,94 @@ TEST_F(SaveFaultsSystem, KeepTheOldFileWhenTheDiskIsFull)
     }
 }
 
-/// One of many contents whose parts tell whether they belong together: the provider ID is the
-/// number of the resources, and these and the aliases all bear one name.
+#ifdef __linux__
+TEST_F(SaveInSystem, AMountedFileIsOverwrittenInPlace)
+{
+    const auto mountFile = [this] {
+        return enterOwnSpace() &&
+               ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               ::mount(file().c_str(), file().c_str(), nullptr, MS_BIND, nullptr) == 0;
+    };
+    if (!support::inChildProcess(mountFile)) {
+        GTEST_SKIP() << "this user may not mount a file";
+    }
+    const ino_t inode = inodeOf(file());
+    EXPECT_TRUE(support::inChildProcess([&] { return mountFile() && save(); }));
+    EXPECT_EQ(readFile(file()), s_new);
+    EXPECT_EQ(inodeOf(file()), inode);
+    EXPECT_EQ(names(), Names{"visa.conf"});
+}
+
+/// Sets the flags of chattr for as long as the object lives.
+class FolderFlags
+{
+public:
+    FolderFlags(const fs::path& folder, int flags)
+        : m_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+          m_isSet(::ioctl(m_folder, FS_IOC_GETFLAGS, &m_former) == 0 && set(m_former | flags))
+    {}
+    ~FolderFlags()
+    {
+        set(m_former);
+        ::close(m_folder);
+    }
+    FolderFlags(const FolderFlags&) = delete;
+    FolderFlags& operator=(const FolderFlags&) = delete;
+
+    bool isSet() const { return m_isSet; }
+
+private:
+    bool set(int flags) const { return ::ioctl(m_folder, FS_IOC_SETFLAGS, &flags) == 0; }
+
+    int m_folder;
+    int m_former = 0;
+    bool m_isSet;
+};
+
+TEST_F(SaveInSystem, InFoldersThatTakeOrReleaseNoNamesWritesInPlace)
+{
+    const ino_t inode = inodeOf(file());
+    for (const int flags : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
+        writeFile(file(), s_old);
+        {
+            const FolderFlags set(folder(), flags);
+            if (!set.isSet()) {
+                GTEST_SKIP() << "this user or file system has no such flags";
+            }
+            EXPECT_TRUE(save());
+        }
+        EXPECT_EQ(readFile(file()), s_new);
+        EXPECT_EQ(inodeOf(file()), inode);
+        EXPECT_EQ(names(), Names{"visa.conf"});
+        EXPECT_TRUE(fs::is_empty(m_home.home())) << "the copy was left there";
+    }
+}
+
+TEST_F(SaveInSystem, ACopyIsInHomeWhileAFileInAFixedFolderIsOverwritten)
+{
+    const FolderFlags set(folder(), FS_IMMUTABLE_FL);
+    if (!set.isSet()) {
+        GTEST_SKIP() << "this user or file system has no such flags";
+    }
+    std::string copied;
+    {
+        const support::SystemCalls calls([&](const support::SystemCall& call) {
+            if (call.name == "ftruncate") {
+                for (const auto& entry : fs::directory_iterator(m_home.home())) {
+                    copied += readFile(entry);
+                }
+            }
+            return support::CallAnswer();
+        });
+        EXPECT_TRUE(save());
+    }
+    EXPECT_EQ(copied, s_new);
+    EXPECT_TRUE(fs::is_empty(m_home.home()));
+}
+#endif
+
+/// One of many contents whose parts show whether they belong together: the provider ID is the
+/// number of the resources, and these and the aliases all have one name.
 void fillStore(QvVisa::ConfigurationFile& store, const std::string& name, unsigned short count)
 {
     std::vector<std::pair<std::string, std::string>> entries;
@@ -177,8 +272,8 @@ bool isWhole(const std::string& path)
                        [&](const auto& alias) { return alias.second == resources[0]; });
 }
 
-/// Saves again and again in a child process, which ends with 0 if the store always held something
-/// whole.
+/// Saves again and again in a child process, which exits with 0 if the store always held whole
+/// contents.
 pid_t startSaving(const std::string& name, int saves)
 {
     const pid_t child = ::fork();
@@ -197,7 +292,7 @@ pid_t startSaving(const std::string& name, int saves)
     ::_exit(0);
 }
 
-TEST(SaveFaultsBesideOthers, LeaveOneWholeFileToAReaderAtAnyTime)
+TEST(SaveBesideOthers, LeaveOneWholeFileToAReaderAtAnyTime)
 {
     constexpr int saves = 500;
     const support::ConfigurationFixture configuration;
