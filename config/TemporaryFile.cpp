@@ -29,8 +29,9 @@ std::string firstFreeName(Create create)
     constexpr int mostAttempts = 1000;
     const std::string prefix = std::string(s_prefix) + std::to_string(::getpid()) + '-';
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-        const std::string name = prefix + std::to_string(attempt) + std::string(s_suffix);
+        std::string name = prefix + std::to_string(attempt) + std::string(s_suffix);
         if (create(name)) {
+            // Moved: running out of memory here would leave the file behind.
             return name;
         }
         if (errno != EEXIST) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/MainWindow.h"
 
+#include "config/WriteSignals.h"
 #include "Version.h"
 
 #include <QApplication>
@@ -21,6 +22,7 @@ QString version()
 
 int main(int argc, char* argv[])
 {
+    QvVisa::ignoreWriteSignals();
     Q_INIT_RESOURCE(resource);
     QCoreApplication::setOrganizationName(QStringLiteral("Quorvane"));
     QCoreApplication::setOrganizationDomain(QStringLiteral("quorvane.com"));

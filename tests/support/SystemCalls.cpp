@@ -180,6 +180,23 @@ SystemCalls::Handler SystemCalls::interrupting()
     };
 }
 
+SystemCalls::Handler SystemCalls::answeringReads(std::function<CallAnswer(int number)> answer)
+{
+    return [answer = std::move(answer), number = 0](const SystemCall& call) mutable {
+        return call.name == "read" || call.name == "pread" ? answer(++number) : CallAnswer();
+    };
+}
+
+SystemCalls::Handler SystemCalls::readingOnly(std::size_t bytes)
+{
+    return answeringReads([bytes](int number) {
+        CallAnswer answer;
+        answer.error = number == 1 && bytes > 0 ? 0 : EIO;
+        answer.mostBytes = bytes;
+        return answer;
+    });
+}
+
 SystemCalls::Handler SystemCalls::shortening()
 {
     return [](const SystemCall& call) {

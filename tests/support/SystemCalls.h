@@ -55,6 +55,10 @@ public:
     static Handler killingHalfway(int number);
     /// Every call that a signal may interrupt is interrupted once before it is made.
     static Handler interrupting();
+    /// Asks about reads alone, by their number from 1.
+    static Handler answeringReads(std::function<CallAnswer(int number)> answer);
+    /// The first read moves so many bytes, if not 0, and all others fail with EIO.
+    static Handler readingOnly(std::size_t bytes);
     /// Every read and write moves half of its bytes, at least one.
     static Handler shortening();
 };
