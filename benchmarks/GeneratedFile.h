@@ -9,11 +9,11 @@
 
 namespace benchmarks {
 
-/// A configuration with this many lines of believable entries: of ten lines two are resources
-/// without an alias and seven aliases, all different; the tenth is a serial line of some port.
+/// A configuration with this many lines of realistic entries: of ten lines, two are resources
+/// without an alias, seven are aliases, all different, and one is a serial property.
 std::string generateConfiguration(std::size_t lines);
 
-/// Such a configuration as a file, removed with the object.
+/// Such a configuration in a file, which the destructor removes.
 class GeneratedFile
 {
 public:

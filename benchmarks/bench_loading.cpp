@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // From the file to the table:
 //   loadFile/N       the store reads a file of N lines, the model takes its entries
-// Each also tells how much the process grows at the peak, as a multiple of the file's size.
+// Each also reports the peak growth of the process, as a multiple of the file's size.
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationFile.h"
 #include "model/ConfigurationModel.h"
@@ -17,7 +17,7 @@
 
 namespace {
 
-/// One of the process's figures in /proc/self/status, in bytes.
+/// A value of /proc/self/status, in bytes.
 double memory(const std::string& figure)
 {
     std::ifstream status("/proc/self/status");
@@ -31,13 +31,14 @@ double memory(const std::string& figure)
     return 0;
 }
 
-/// The store keeps its path for life: one file, filled anew.
+/// The one file of the store, which never changes its path.
 class StoresFile
 {
 public:
     StoresFile() { ::setenv("QVVISACONFFILE", m_file.path().c_str(), 1); }
 
-    /// Leaves the store empty and gives what it held back to the system.
+    /// Writes a file of that many lines and returns its size. The store is left empty, and its
+    /// memory is returned to the system.
     double fill(std::size_t lines)
     {
         QvVisa::ConfigurationFile& store = *QvVisa::ConfigurationFile::getInstance();
@@ -68,7 +69,7 @@ void load()
 double growthAtPeak()
 {
     const double before = memory("VmRSS");
-    // Lets the system forget the peak so far.
+    // Resets the peak, VmHWM.
     std::ofstream("/proc/self/clear_refs") << "5";
     load();
     return memory("VmHWM") - before;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Telling what a line is, a line at a time, over 1,000 lines of a configuration:
+// Matching 1,000 lines of a configuration one by one:
 //   matchWithMatcher       the product's matcher
 //   matchWithExpressions   the eleven regular expressions that define the format
 #include "benchmarks/GeneratedFile.h"

@@ -6,8 +6,8 @@
 #include "benchmarks/GeneratedFile.h"
 #include "config/LineReader.h"
 #include "config/ModernConfigurationFile.h"
-#include "tests/support/OracleReader.h"
 #include "tests/support/Files.h"
+#include "tests/support/OracleReader.h"
 
 #include <benchmark/benchmark.h>
 

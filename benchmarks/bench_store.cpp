@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What the store answers:
+// Queries of the store:
 //   lookupAlias      of a resource string that no alias has: compares all
 //   replaceAlias     of a name, in lower case
 //   getAllResources  of aliases alone, all with different resource strings
-//   sortResources    its floor: copies, sorts and makes unique a list of the same strings
+//   sortResources    the floor: copies and sorts a list of the same strings, removes duplicates
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationFile.h"
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The main window with few and with many rows, on the offscreen platform; each up to the picture:
+// The main window with few and many rows on the offscreen platform, each until it is painted:
 //   construct/N      the whole window, loading the model included
-//   firstPaint/N     from show() on
-//   scrollPage/N     a page down, at the end back to the top
-//   refresh/N        telling the view that everything may have changed; part of the next two
-//   addRow/N         a row at the end
-//   removeRow/N      the row in the middle
-//   typeInCell/N     opens a cell's editor, types a letter and ends it
+//   firstPaint/N     show()
+//   scrollPage/N     a page down, from the end back to the top
+//   refresh/N        notifying the view that everything may have changed; part of the next two
+//   addRow/N         adding a row at the end
+//   removeRow/N      removing the row in the middle
+//   typeInCell/N     opening a cell's editor, typing a letter and closing it
 #include "config/ConfigurationFile.h"
 #include "gui/MainWindow.h"
 #include "model/ConfigurationModel.h"
@@ -43,7 +43,7 @@ void fillStore(std::int64_t rows)
     QvVisa::ConfigurationFile::getInstance()->setData(entries);
 }
 
-/// The window with so many rows. Filling one takes long: it is kept for the next to ask for it.
+/// The window with that many rows. It is kept for the next call, because filling one is slow.
 class ShownWindow
 {
 public:
@@ -172,7 +172,7 @@ void typeInCell(benchmark::State& state)
     }
 }
 
-// What is not timed of these takes far longer than what is.
+// A fixed number of iterations: what is not timed takes far longer than what is.
 BENCHMARK(construct)->Arg(s_fewRows)->Arg(s_manyRows)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(firstPaint)
     ->Arg(s_fewRows)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Preloaded into a Qt program, ends it when it puts its first picture on the screen.
+// Preloaded into a Qt program, exits it at its first paint on the screen.
 #include <unistd.h>
 
-/// Takes the place of QBackingStore::flush(const QRegion&, QWindow*, const QPoint&).
+/// Replaces QBackingStore::flush(const QRegion&, QWindow*, const QPoint&).
 extern "C" [[gnu::visibility("default")]] void
 endAtFirstPaint() asm("_ZN13QBackingStore5flushERK7QRegionP7QWindowRK6QPoint");
 

@@ -10,26 +10,25 @@
 
 namespace support {
 
-/// The bench that the stand-in VISA library reports, for as long as the object lives. The test
-/// program must run with LD_LIBRARY_PATH naming the library's folder.
+/// The bench of the VISA simulator while the object lives. The test program runs with
+/// LD_LIBRARY_PATH set to the simulator's folder.
 class BenchFixture
 {
 public:
-    /// Lines as docs/bench-file.md has them; none for a bench without instruments.
+    /// Lines in the format of docs/bench-file.md; empty for a bench without instruments.
     explicit BenchFixture(std::string_view lines = "");
     ~BenchFixture();
     BenchFixture(const BenchFixture&) = delete;
     BenchFixture& operator=(const BenchFixture&) = delete;
 
-    /// Another bench from the next session on.
+    /// Replaces the bench; takes effect with the next session.
     void write(std::string_view lines);
 
-    /// The calls that the library has seen since the fixture was made or clearCalls() was called,
-    /// one line each as the library logs them.
+    /// The simulator's log of calls, one line each, since construction or the last clearCalls().
     std::vector<std::string> calls() const;
     void clearCalls();
 
-    /// A path that lines may name, in a folder of the fixture's own.
+    /// A path in a folder of the fixture, for use in lines.
     std::filesystem::path pathFor(const std::string& name) const;
 
 private:

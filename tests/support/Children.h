@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// The object's descendant of that name and class; throws, naming it, when there is none.
+/// Returns the object's descendant of that name and class; throws when there is none.
 template <typename Child>
 Child& child(const QObject& object, const char* name)
 {

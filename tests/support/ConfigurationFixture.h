@@ -10,19 +10,18 @@
 
 namespace support {
 
-/// The configuration file that the process's one store finds. The store keeps its path for life,
-/// so there is one fixture in a test program, made before the first use of the store; each case
-/// calls write() for a file of its own.
+/// The configuration file that the store finds, through QVVISACONFFILE. The store never changes
+/// its path: create one fixture in a process, before the store is first used.
 class ConfigurationFixture
 {
 public:
     ConfigurationFixture();
 
-    /// Replaces the file by the version header and these lines, with a modification time that no
-    /// file of this fixture had before: the store's next getInstance() reads it.
+    /// Replaces the file by the version header and these lines, with a modification time that it
+    /// never had before, so the store's next change check reads it.
     void write(std::string_view lines);
 
-    /// The file's bytes now.
+    /// The file's bytes.
     std::string read() const;
 
     std::filesystem::path path() const;

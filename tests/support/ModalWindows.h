@@ -9,9 +9,9 @@
 
 namespace support {
 
-/// Calls answer once the next modal window is up, from a zero timer, while the code under test
-/// sits in its exec(). A window that does not appear leaves wasShown() false; check it.
-/// If answer leaves the window open, it is rejected, so that a failing test ends.
+/// Calls answer from a zero timer as soon as a modal window is shown, while the code under test is
+/// in its exec(). Check wasShown() afterwards. A window that answer leaves open is rejected, so
+/// that a failing test ends.
 template <typename Window>
 class ModalAnswer : public QObject
 {
@@ -19,14 +19,14 @@ public:
     explicit ModalAnswer(std::function<void(Window&)> answer) : m_answer(std::move(answer))
     {
         m_timer.setInterval(0);
-        QObject::connect(&m_timer, &QTimer::timeout, this, [this] { look(); });
+        QObject::connect(&m_timer, &QTimer::timeout, this, [this] { check(); });
         m_timer.start();
     }
 
     bool wasShown() const { return m_wasShown; }
 
 private:
-    void look()
+    void check()
     {
         QWidget* modal = QApplication::activeModalWidget();
         if (modal == nullptr) {

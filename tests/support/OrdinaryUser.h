@@ -8,16 +8,16 @@
 
 namespace support {
 
-/// The user and group that take root's place.
+/// The user and group that replace root.
 constexpr uid_t ordinaryUser = 65534;
 constexpr gid_t ordinaryGroup = 65534;
 
-/// Runs the action in a child process and returns what it returned. When this process is root,
-/// the child is not: it is the ordinary user, a member of the ordinary group and of these groups.
-/// Throws when the child ended another way. The action must not throw nor use GoogleTest.
+/// Runs the action in a child process and returns its result. If this process is root, the child
+/// runs as the ordinary user, in the ordinary group and these groups. Throws when the child exits
+/// in another way. The action must not throw or use GoogleTest.
 bool asOrdinaryUser(const std::function<bool()>& action, const std::vector<gid_t>& groups = {});
 
-/// The same without a change of user.
+/// The same as the user of this process.
 bool inChildProcess(const std::function<bool()>& action);
 
 } // namespace support

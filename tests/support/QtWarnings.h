@@ -11,10 +11,10 @@
 
 namespace support {
 
-/// Notes the warnings and worse that Qt or our code prints while the object lives, from any
-/// thread; a textual connection that names no signal or slot is one. Make one in a test's init()
-/// and compare all() with an empty list in its cleanup(): Qt Test itself only prints them. Not
-/// earlier than init(), or Qt Test's own handler takes its place. One at a time.
+/// Records the warnings and errors that are printed through Qt while the object lives, from any
+/// thread. A textual connection to a signal or slot that does not exist is such a warning. Create
+/// it in a test's init(), not earlier, because Qt Test installs its own handler, and require all()
+/// to be empty in cleanup(). One object at a time.
 class QtWarnings
 {
 public:
@@ -33,7 +33,7 @@ public:
         return s_warnings;
     }
 
-    /// all(), which is empty afterwards: for a case that expects a warning.
+    /// Returns all() and clears it: for a case that expects a warning.
     QStringList take()
     {
         const QMutexLocker lock(&s_mutex);
@@ -52,7 +52,7 @@ private:
         }
     }
 
-    /// The offscreen platform tells what it cannot do; no window of ours is the reason.
+    /// Warnings of the offscreen platform about what it does not support.
     static bool isOfThePlatform(const QString& message)
     {
         return message.startsWith(QLatin1String("This plugin does not support "));

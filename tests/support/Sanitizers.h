@@ -3,8 +3,8 @@
 
 namespace support {
 
-/// True in a build under the address or the thread sanitizer, which costs time and memory of its
-/// own: such a build does less of the same, and measures no memory.
+/// True in a build with the address or thread sanitizer, which is slow and uses memory: its tests
+/// use fewer inputs and do not measure memory.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool isSanitized = true;
 #elif defined(__has_feature)

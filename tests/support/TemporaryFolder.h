@@ -5,7 +5,7 @@
 
 namespace support {
 
-/// A new folder of its own for one test, removed with everything in it.
+/// A new, empty folder, removed with its contents by the destructor.
 class TemporaryFolder
 {
 public:

@@ -7,9 +7,8 @@
 
 namespace support {
 
-/// A user's surroundings for one test: HOME, the settings' folder and the working folder lie in a
-/// temporary folder, and no environment variable names a configuration file. The working folder
-/// is put back at the end.
+/// Sets HOME, the settings folder and the working folder to folders in a new temporary folder, and
+/// unsets QVVISACONFFILE. The destructor restores the working folder.
 class TestHome
 {
 public:
@@ -18,7 +17,7 @@ public:
     TestHome(const TestHome&) = delete;
     TestHome& operator=(const TestHome&) = delete;
 
-    /// Everything lies beneath it.
+    /// The temporary folder.
     const std::filesystem::path& root() const { return m_folder.path(); }
     std::filesystem::path home() const { return root() / "home"; }
     std::filesystem::path workingFolder() const { return root() / "work"; }
