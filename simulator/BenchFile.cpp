@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/BenchFile.h"
 
-#include "simulator/StatusNames.h"
+#include "simulator/RegularFile.h"
 #include "visa/ResourceName.h"
+#include "visa/StatusNames.h"
 #include "visa/Text.h"
-
-#include <array>
 #include <cstdio>
-#include <memory>
 #include <utility>
 
 namespace simulator {
@@ -27,13 +25,13 @@ std::string quoted(const std::string& text)
     throw BenchLineError(setting + ": " + text);
 }
 
-/// The word behind the setting's name that stands at this place.
-const std::string& required(const Words& words, std::size_t place, const char* what)
+/// The word at this position; 0 is the setting's name.
+const std::string& required(const Words& words, std::size_t position, const char* what)
 {
-    if (words.size() <= place) {
+    if (words.size() <= position) {
         fail(words.front().text, std::string(what) + " is missing");
     }
-    return words[place].text;
+    return words[position].text;
 }
 
 std::uint32_t number(const std::string& setting, const std::string& text, std::uint32_t least,
@@ -57,19 +55,19 @@ bool isOption(const Word& word, std::string_view name)
     return word.hasValue && word.name == name;
 }
 
-/// The for=EXPRESSION that may end a setting of the search; it stands at this place.
-std::string expressionOption(const Words& words, std::size_t place)
+/// The for=EXPRESSION at this position, which may end a setting of the search.
+std::string expressionOption(const Words& words, std::size_t position)
 {
-    if (place == words.size()) {
+    if (position == words.size()) {
         return {};
     }
-    if (!isOption(words[place], "for")) {
-        failUnknown(words, words[place]);
+    if (!isOption(words[position], "for")) {
+        failUnknown(words, words[position]);
     }
-    if (place + 1 < words.size()) {
-        failUnknown(words, words[place + 1]);
+    if (position + 1 < words.size()) {
+        failUnknown(words, words[position + 1]);
     }
-    return words[place].value;
+    return words[position].value;
 }
 
 BenchResource::Interface interfaceOption(const std::string& setting, const std::string& value)
@@ -99,18 +97,18 @@ void checkLength(const std::string& setting, const BenchResource& resource)
 
 Call knownCall(const std::string& setting, const std::string& text)
 {
-    const std::optional<Call> call = callFromText(text);
+    const std::optional<Call> call = resourcemanager::callFromText(text);
     if (!call) {
         fail(setting, "there is no call " + quoted(text));
     }
     return *call;
 }
 
-/// The at=N and for=EXPRESSION that say which of its calls a setting means.
+/// at=N and for=EXPRESSION: the calls that a setting is for.
 template <typename CallSetting>
 void readWhichCall(const Words& words, const Word& word, CallSetting& setting)
 {
-    // The bench is read anew at each viOpenDefaultRM, which so is always the first.
+    // The bench is read again by each viOpenDefaultRM, so that call is always the first.
     if (isOption(word, "at") && setting.call != Call::OpenDefaultRM) {
         setting.at = number(words.front().text + ": at", word.value, 1, 0xFFFFFFFF);
     } else if (isOption(word, "for") && setting.call == Call::FindRsrc) {
@@ -130,19 +128,12 @@ std::string folderOf(const std::string& path)
 
 BenchFile BenchFile::read(const std::string& path)
 {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                               &std::fclose);
     std::string text;
-    std::array<char, 65536> block{};
-    std::size_t length = 0;
-    while (file != nullptr &&
-           (length = std::fread(block.data(), 1, block.size(), file.get())) > 0) {
-        text.append(block.data(), length);
-    }
-    // A folder opens, and fails only when it is read.
-    if (file == nullptr || std::ferror(file.get()) != 0) {
+    const std::string problem = readRegularFile(path, text);
+    if (!problem.empty()) {
         BenchFile nothing;
-        nothing.m_messages.push_back({0, "the bench cannot be read; it counts as empty"});
+        nothing.m_messages.push_back(
+            {0, "the bench cannot be read (" + problem + "); it counts as empty"});
         return nothing;
     }
     return parse(text, folderOf(path));
@@ -224,28 +215,32 @@ void BenchFile::readStatus(const Words& words)
     const std::string& setting = words.front().text;
     const Call call = knownCall(setting, required(words, 1, "the call"));
     const std::string& statusText = required(words, 2, "the status");
-    const std::optional<ViStatus> status = statusFromText(statusText);
+    const std::optional<ViStatus> status = visa::statusFromText(statusText);
     if (!status) {
         fail(setting, quoted(statusText) + " is neither the name of a status nor a number");
     }
-    Bench::CallStatus rule{call, *status, 0, {}};
+    Bench::Rule<ViStatus> rule{*status, call};
     for (std::size_t i = 3; i < words.size(); ++i) {
         readWhichCall(words, words[i], rule);
     }
-    m_bench.addStatus(std::move(rule));
+    m_bench.add(std::move(rule));
 }
 
 void BenchFile::readCount(const Words& words)
 {
     const std::string& text = required(words, 1, "the number");
-    m_bench.addCount({number(words.front().text, text, 0, 0xFFFFFFFF), expressionOption(words, 2)});
+    Bench::Rule<ViUInt32> rule{number(words.front().text, text, 0, 0xFFFFFFFF)};
+    rule.expression = expressionOption(words, 2);
+    m_bench.add(std::move(rule));
 }
 
 void BenchFile::readScanTime(const Words& words)
 {
     const std::string& text = required(words, 1, "the number of milliseconds");
-    const std::uint32_t milliseconds = number(words.front().text, text, 0, maximumScanTime);
-    m_bench.addScanTime({std::chrono::milliseconds(milliseconds), expressionOption(words, 2)});
+    Bench::Rule<std::chrono::milliseconds> rule{
+        std::chrono::milliseconds(number(words.front().text, text, 0, maximumScanTime))};
+    rule.expression = expressionOption(words, 2);
+    m_bench.add(std::move(rule));
 }
 
 void BenchFile::readWaitForFile(const Words& words)
@@ -254,7 +249,7 @@ void BenchFile::readWaitForFile(const Words& words)
     if (path.empty()) {
         fail(words.front().text, "the path is empty");
     }
-    Bench::FileWait wait{path.front() == '/' ? path : m_folder + path};
+    Bench::Rule<std::string> wait{path.front() == '/' ? path : m_folder + path};
     std::size_t option = 2;
     if (words.size() > option && isOption(words[option], "call")) {
         wait.call = knownCall(words.front().text, words[option].value);
@@ -263,7 +258,31 @@ void BenchFile::readWaitForFile(const Words& words)
     for (; option < words.size(); ++option) {
         readWhichCall(words, words[option], wait);
     }
-    m_bench.addWaitForFile(std::move(wait));
+    m_bench.add(std::move(wait));
+}
+
+const std::string_view builtinBench = R"(
+resource TCPIP0::192.0.2.10::inst0::INSTR     idn="Quorvane,Simulated multimeter,100001,1.0"
+resource TCPIP0::192.0.2.11::hislip0::INSTR   idn="Quorvane,Simulated oscilloscope,100002,1.0"
+resource TCPIP0::192.0.2.12::5025::SOCKET     idn="Quorvane,Simulated power supply,100003,1.0"
+resource USB0::0x1234::0x5678::100004::INSTR  idn="Quorvane,Simulated power meter,100004,1.0"
+resource GPIB0::20::INSTR                     idn="Quorvane,Simulated generator,100005,1.0"
+resource ASRL1::INSTR                         idn="Quorvane,Simulated counter,100006,1.0"
+resource ASRL2::INSTR                         idn="Quorvane,Simulated thermometer,100007,1.0"
+)";
+
+Bench benchFromEnvironment()
+{
+    const std::string path = environmentValue("QVVISA_BENCH");
+    if (path.empty()) {
+        return BenchFile::parse(builtinBench).bench();
+    }
+    const BenchFile file = BenchFile::read(path);
+    for (const BenchFile::Message& message : file.messages()) {
+        const std::string line = message.line != 0 ? std::to_string(message.line) + ": " : " ";
+        std::fprintf(stderr, "%s:%s%s\n", path.c_str(), line.c_str(), message.text.c_str());
+    }
+    return file.bench();
 }
 
 } // namespace simulator

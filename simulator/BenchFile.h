@@ -11,27 +11,28 @@
 
 namespace simulator {
 
-/// Reads the text form of a bench; docs/bench-file.md describes it. A line that cannot be read
-/// costs that line and leaves a message.
+/// Reads the text form of a bench, see docs/bench-file.md. A line that cannot be read is ignored,
+/// with a message.
 class BenchFile
 {
 public:
     struct Message
     {
-        /// Counted from 1; zero speaks of the file as a whole.
+        /// From 1; 0 for the file as a whole.
         std::size_t line;
         std::string text;
     };
 
-    /// Each line may make this many resources.
+    /// The most resources that one line can describe.
     static constexpr std::uint32_t maximumRepeat = 10'000'000;
     /// An hour, in milliseconds.
     static constexpr std::uint32_t maximumScanTime = 3'600'000;
 
-    /// Reads a file. One that cannot be read is an empty bench with a message.
+    /// Reads a regular file of at most 64 MiB. Any other one is an empty bench with a message.
     static BenchFile read(const std::string& path);
 
-    /// Reads a text; relative paths in it are taken from the folder (empty: the working folder).
+    /// Reads a text. Relative paths in it begin at the folder, which ends in / (empty: the working
+    /// folder).
     static BenchFile parse(std::string_view text, const std::string& folder = {});
 
     const Bench& bench() const { return m_bench; }
@@ -53,5 +54,12 @@ private:
     std::string m_folder;
     std::vector<Message> m_messages;
 };
+
+/// The bench without a bench file: one resource of each interface kind and two serial ports.
+extern const std::string_view builtinBench;
+
+/// The bench that QVVISA_BENCH names, or the built-in one when it is unset or empty. Messages about
+/// the file go to standard error, as FILE:LINE: MESSAGE.
+Bench benchFromEnvironment();
 
 } // namespace simulator

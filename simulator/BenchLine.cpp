@@ -44,7 +44,7 @@ void BenchLine::readWord()
             continue;
         }
         if (c == '\0') {
-            throw BenchLineError("a zero byte cannot stand in a bench");
+            throw BenchLineError("a bench cannot contain a NUL byte");
         }
         if (c == '=' && !word.hasValue) {
             word.hasValue = true;
@@ -77,10 +77,10 @@ char BenchLine::readEscape()
                           ? visa::parseNumber("0x" + std::string(m_rest.substr(1, 2)), 0xFF)
                           : std::nullopt;
     if (!code) {
-        throw BenchLineError("behind a \\ comes \\, \" or x with two hexadecimal digits");
+        throw BenchLineError("a \\ must be followed by \\, \" or x and two hexadecimal digits");
     }
     if (*code == 0) {
-        throw BenchLineError("a zero byte cannot stand in a bench");
+        throw BenchLineError("a bench cannot contain a NUL byte");
     }
     m_rest.remove_prefix(3);
     return static_cast<char>(static_cast<unsigned char>(*code));

@@ -8,19 +8,19 @@
 
 namespace simulator {
 
-/// What is wrong with a line of a bench file, in words for its author.
+/// What is wrong with a line of a bench file.
 class BenchLineError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// One line of a bench file in words: parted by blanks, with "quotes" around what holds blanks,
-/// \" \\ and \xNN for what cannot be typed, and a comment behind a # at the beginning of a word.
+/// The words of one line of a bench file: separated by blanks, "quoted" where they contain blanks,
+/// with \" \\ and \xNN for special bytes. A # at the beginning of a word begins a comment.
 class BenchLine
 {
 public:
-    /// A word; where it has the form name=value, its two halves.
+    /// A word; if it has the form name=value, its two halves too.
     struct Word
     {
         std::string text;

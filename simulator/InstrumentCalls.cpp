@@ -1,143 +1,95 @@
 // SPDX-License-Identifier: MIT
-// The calls that a client talks to an instrument with.
+// The exported calls that talk to an instrument.
 
-#include "simulator/CallFrame.h"
-#include "simulator/InstrumentSession.h"
-#include "simulator/ResourceLookup.h"
-#include "simulator/ResourceManagerSession.h"
-#include "simulator/VisaClientApi.h"
+#include "resourcemanager/CallFrame.h"
+#include "simulator/Instrument.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
+
+using namespace resourcemanager;
+using simulator::Instrument;
 
 namespace {
 
-using simulator::Call;
-using simulator::CallLog;
-using simulator::finishCall;
-using simulator::handles;
-using simulator::InstrumentSession;
-using simulator::ResourceManagerSession;
-
-/// The highest access mode: exclusive lock, shared lock and loading the configuration together.
-constexpr ViAccessMode allAccessModes = 7;
-
-ViStatus open(CallLog& log, ViSession session, ViConstString resource, ViAccessMode accessMode,
-              ViSession* instrument)
+/// There are no events and no queues: only the arguments can be wrong.
+ViStatus answerEventCall(Call call, ViSession session, ViEventType eventType, ViUInt16 mechanism,
+                         ViStatus answer)
 {
-    const auto manager = handles().find<ResourceManagerSession>(session);
-    if (manager == nullptr) {
-        return VI_ERROR_INV_OBJECT;
-    }
-    if (instrument == nullptr) {
-        return VI_ERROR_USER_BUF;
-    }
-    const ViStatus planned = manager->countCall(Call::Open).value_or(VI_SUCCESS);
-    if (planned < 0) {
-        return planned;
-    }
-    if (accessMode > allAccessModes) {
-        return VI_ERROR_INV_ACC_MODE;
-    }
-    const std::string text = resource != nullptr ? resource : "";
-    const auto name = simulator::lookUp(manager->bench(), text);
-    if (!name) {
-        return VI_ERROR_INV_RSRC_NAME;
-    }
-    const simulator::BenchResource* const known = manager->bench().find(text);
-    if (known == nullptr) {
-        return VI_ERROR_RSRC_NFOUND;
-    }
-    const ViSession opened = handles().add(
-        std::make_shared<InstrumentSession>(manager, session, *name, known->identification),
-        session);
-    if (opened == VI_NULL) {
-        return VI_ERROR_INV_OBJECT; // another thread has closed the session meanwhile
-    }
-    *instrument = opened;
-    log.result("session", opened);
-    return planned;
+    return runCall(call, [&](CallRecord& record) {
+        record.argument(session);
+        record.hexArgument(eventType);
+        record.argument(mechanism);
+        if (handles().find<FindList>(session)) {
+            return VI_ERROR_INV_OBJECT;
+        }
+        return onOpen<Object>(call, session, [&](const auto&) {
+            return mechanism == 0 ? VI_ERROR_INV_MECH : answer;
+        });
+    });
 }
 
 } // namespace
 
-[[gnu::visibility("default")]] ViStatus viOpen(ViSession session, ViConstString resource,
-                                               ViAccessMode accessMode, ViUInt32 openTimeout,
-                                               ViSession* instrument)
+QVVISA_EXPORTED ViStatus viWrite(ViSession session, const ViByte* buffer, ViUInt32 count,
+                                 ViUInt32* written)
 {
-    CallLog log(Call::Open);
-    return finishCall(log, [&] {
-        log.argument(session);
-        log.textArgument(resource);
-        log.argument(accessMode);
-        log.argument(openTimeout);
-        return open(log, session, resource, accessMode, instrument);
-    });
-}
-
-[[gnu::visibility("default")]] ViStatus viWrite(ViSession session, const ViByte* buffer,
-                                                ViUInt32 count, ViUInt32* written)
-{
-    CallLog log(Call::Write);
-    return finishCall(log, [&]() -> ViStatus {
-        log.argument(session);
+    return runCall(Call::Write, [&](CallRecord& record) {
+        record.argument(session);
         const std::string_view message(reinterpret_cast<const char*>(buffer),
                                        buffer != nullptr ? count : 0);
         if (buffer != nullptr) {
-            log.textArgument(message);
+            record.textArgument(message);
         } else {
-            log.nullArgument();
+            record.nullArgument();
         }
-        log.argument(count);
-        const auto instrument = handles().find<InstrumentSession>(session);
-        if (instrument == nullptr) {
-            return VI_ERROR_INV_OBJECT;
-        }
-        if (buffer == nullptr) {
+        record.argument(count);
+        if (buffer == nullptr && handles().find<Instrument>(session)) {
             return VI_ERROR_USER_BUF;
         }
-        const ViStatus planned = instrument->manager().countCall(Call::Write).value_or(VI_SUCCESS);
-        if (planned < 0) {
-            return planned;
-        }
-        instrument->write(message);
-        if (written != nullptr) {
-            *written = count;
-        }
-        log.result("count", count);
-        return planned;
+        return onOpen<Instrument>(Call::Write, session, [&](const auto& found) {
+            found.object->write(message);
+            if (written != nullptr) {
+                *written = count;
+            }
+            record.result("count", count);
+            return VI_SUCCESS;
+        });
     });
 }
 
-[[gnu::visibility("default")]] ViStatus viRead(ViSession session, ViByte* buffer, ViUInt32 count,
-                                               ViUInt32* got)
+QVVISA_EXPORTED ViStatus viRead(ViSession session, ViByte* buffer, ViUInt32 count, ViUInt32* got)
 {
-    CallLog log(Call::Read);
-    return finishCall(log, [&]() -> ViStatus {
-        log.argument(session);
-        log.argument(count);
-        const auto instrument = handles().find<InstrumentSession>(session);
-        if (instrument == nullptr) {
-            return VI_ERROR_INV_OBJECT;
-        }
-        if (buffer == nullptr) {
+    return runCall(Call::Read, [&](CallRecord& record) {
+        record.argument(session);
+        record.argument(count);
+        if (buffer == nullptr && handles().find<Instrument>(session)) {
             return VI_ERROR_USER_BUF;
         }
-        const std::optional<ViStatus> planned = instrument->manager().countCall(Call::Read);
-        if (planned.value_or(VI_SUCCESS) < 0) {
-            return *planned;
-        }
-        std::string text;
-        const ViStatus status = instrument->read(count, text);
-        if (status < 0) {
+        return onOpen<Instrument>(Call::Read, session, [&](const auto& found) {
+            std::string text;
+            const ViStatus status = found.object->read(count, text);
+            if (status >= 0) {
+                std::copy(text.begin(), text.end(), buffer);
+                if (got != nullptr) {
+                    *got = static_cast<ViUInt32>(text.size());
+                }
+                record.result("data", text);
+            }
             return status;
-        }
-        std::copy(text.begin(), text.end(), buffer);
-        if (got != nullptr) {
-            *got = static_cast<ViUInt32>(text.size());
-        }
-        log.result("data", text);
-        return planned.value_or(status);
+        });
     });
+}
+
+QVVISA_EXPORTED ViStatus viDisableEvent(ViSession session, ViEventType eventType,
+                                        ViUInt16 mechanism)
+{
+    return answerEventCall(Call::DisableEvent, session, eventType, mechanism, VI_SUCCESS_EVENT_DIS);
+}
+
+QVVISA_EXPORTED ViStatus viDiscardEvents(ViSession session, ViEventType eventType,
+                                         ViUInt16 mechanism)
+{
+    return answerEventCall(Call::DiscardEvents, session, eventType, mechanism,
+                           VI_SUCCESS_QUEUE_EMPTY);
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/StatusNames.h"
-#include "simulator/VisaClientApi.h"
+#include "resourcemanager/VisaCalls.h"
 #include "tests/simulator/LoadedLibrary.h"
 #include "tests/support/BenchFixture.h"
+#include "visa/StatusNames.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ protected:
     ViSession openManager() const
     {
         ViSession session = VI_NULL;
-        EXPECT_EQ(simulator::statusName(visa.openDefaultRM(&session)), "VI_SUCCESS");
+        EXPECT_EQ(visa::statusName(visa.openDefaultRM(&session)), "VI_SUCCESS");
         return session;
     }
 
@@ -59,13 +59,13 @@ protected:
         }
         found.push_back(description.text());
         for (ViUInt32 i = 1; i < count; ++i) {
-            EXPECT_EQ(simulator::statusName(visa.findNext(findList, description.characters.data())),
+            EXPECT_EQ(visa::statusName(visa.findNext(findList, description.characters.data())),
                       "VI_SUCCESS");
             found.push_back(description.text());
         }
-        EXPECT_EQ(simulator::statusName(visa.findNext(findList, description.characters.data())),
+        EXPECT_EQ(visa::statusName(visa.findNext(findList, description.characters.data())),
                   "VI_ERROR_RSRC_NFOUND");
-        EXPECT_EQ(simulator::statusName(visa.close(findList)), "VI_SUCCESS");
+        EXPECT_EQ(visa::statusName(visa.close(findList)), "VI_SUCCESS");
         return found;
     }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/VisaClientApi.h"
+#include "resourcemanager/VisaCalls.h"
 
 #include <stdexcept>
 #include <string>

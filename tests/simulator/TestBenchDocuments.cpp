@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What people are given to read and to copy from must be read without a message.
 
-#include "simulator/BenchEnvironment.h"
+#include "resourcemanager/VisaCalls.h"
 #include "simulator/BenchFile.h"
-#include "visa/ResourceName.h"
-#include "simulator/VisaClientApi.h"
 #include "tests/support/Files.h"
+#include "visa/ResourceName.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +15,6 @@
 
 using simulator::BenchFile;
 using simulator::BenchResource;
-using visa::ResourceName;
 
 namespace {
 
@@ -74,7 +72,7 @@ TEST(BenchDocuments, NamesEveryCallAndLimit)
     const auto expectNamed = [&](const std::string& text) {
         EXPECT_NE(document.find('`' + text + '`'), std::string::npos) << text;
     };
-    for (const std::string_view name : simulator::callNames) {
+    for (const std::string_view name : resourcemanager::callNames) {
         expectNamed(std::string(name));
     }
     expectNamed(BenchResource().identification);

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
+#include "resourcemanager/VisaCalls.h"
 #include "simulator/BenchFile.h"
-#include "simulator/VisaClientApi.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <sys/stat.h>
 
 using simulator::Bench;
 using simulator::BenchFile;
@@ -54,7 +58,7 @@ TEST(BenchFile, ReadsResourcesInOrderWithDuplicates)
                                           "GPIB0::20::INSTR#not-a-comment", "GPIB0::20::INSTR"}));
     EXPECT_TRUE(bench.resources()[0].hasEnd);
     EXPECT_FALSE(bench.resources()[0].interface);
-    EXPECT_EQ(bench.resources()[0].identification, "Quorvane,Stand-in instrument,0,1.0");
+    EXPECT_EQ(bench.resources()[0].identification, "Quorvane,Simulated instrument,0,1.0");
 }
 
 TEST(BenchFile, ReadsQuotesAndEscapes)
@@ -132,18 +136,6 @@ TEST(BenchFile, FindsByMeaning)
     EXPECT_EQ(identification(""), "none");
 }
 
-TEST(BenchFile, ADescriptionFillsTheClientsBufferAndNoMore)
-{
-    const std::string text255(255, 'a');
-    const std::string text256(256, 'b');
-    const Bench bench = benchOf("resource " + text255 + "\nresource " + text256 +
-                                " no-end\nresource short no-end\nresource \"\"\n");
-    EXPECT_EQ(bench.delivered({0, 1}), text255 + '\0');
-    EXPECT_EQ(bench.delivered({1, 1}), text256);
-    EXPECT_EQ(bench.delivered({2, 1}), "short" + std::string(251, 'x'));
-    EXPECT_EQ(bench.delivered({3, 1}), std::string(1, '\0'));
-}
-
 TEST(BenchFile, ReadsStatuses)
 {
     const Bench bench = benchOf("status viClose VI_ERROR_CLOSING_FAILED\n"
@@ -168,9 +160,9 @@ TEST(BenchFile, ReadsStatuses)
 
 TEST(BenchFile, KnowsEveryCallByName)
 {
-    for (const std::string_view name : simulator::callNames) {
+    for (const std::string_view name : resourcemanager::callNames) {
         const Bench bench = benchOf("status " + std::string(name) + " VI_ERROR_IO\n");
-        EXPECT_EQ(bench.status(*simulator::callFromText(name), 1), visaError(0x3E)) << name;
+        EXPECT_EQ(bench.status(*resourcemanager::callFromText(name), 1), visaError(0x3E)) << name;
     }
 }
 
@@ -234,8 +226,8 @@ TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
         std::string line;
         std::string message;
     };
-    const std::string escapes = "behind a \\ comes \\, \" or x with two hexadecimal digits";
-    const std::string zero = "a zero byte cannot stand in a bench";
+    const std::string escapes = "a \\ must be followed by \\, \" or x and two hexadecimal digits";
+    const std::string zero = "a bench cannot contain a NUL byte";
     const std::vector<Case> cases{
         {"scantime 5", "unknown setting \"scantime\""},
         {"Resource x", "unknown setting \"Resource\""},
@@ -365,12 +357,22 @@ TEST(BenchFile, ReadsAFileAndTakesPathsFromItsFolder)
 TEST(BenchFile, AFileThatCannotBeReadIsAnEmptyBenchWithAMessage)
 {
     const support::TemporaryFolder folder;
-    for (const std::string& path :
-         {(folder.path() / "missing.txt").string(), folder.path().string()}) {
-        const BenchFile file = BenchFile::read(path);
-        EXPECT_TRUE(file.bench().resources().empty()) << path;
-        ASSERT_EQ(file.messages().size(), 1U) << path;
-        EXPECT_EQ(file.messages()[0].line, 0U) << path;
-        EXPECT_EQ(file.messages()[0].text, "the bench cannot be read; it counts as empty") << path;
+    const auto path = [&](const char* name) { return (folder.path() / name).string(); };
+    ASSERT_EQ(::mkfifo(path("fifo").c_str(), 0600), 0);
+    support::writeFile(path("large"), "resource a\n");
+    std::filesystem::resize_file(path("large"), (std::uintmax_t{64} << 20U) + 1);
+    const std::string notRegular = "it is not a regular file";
+    for (const auto& [name, problem] : std::vector<std::pair<std::string, std::string>>{
+             {path("missing"), "No such file or directory"},
+             {folder.path().string(), notRegular},
+             {path("fifo"), notRegular},
+             {"/dev/zero", notRegular},
+             {path("large"), "it is limited to 64 MiB"}}) {
+        const BenchFile file = BenchFile::read(name);
+        EXPECT_TRUE(file.bench().resources().empty()) << name;
+        ASSERT_EQ(file.messages().size(), 1U) << name;
+        EXPECT_EQ(file.messages()[0].line, 0U) << name;
+        EXPECT_EQ(file.messages()[0].text,
+                  "the bench cannot be read (" + problem + "); it counts as empty");
     }
 }

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "simulator/VisaAttributes.h"
 #include "tests/simulator/CallsFixture.h"
 #include "tests/support/Files.h"
 
+#include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
-using simulator::statusName;
+#include <sys/stat.h>
+
+using visa::statusName;
 
 namespace {
 
@@ -138,12 +141,23 @@ TEST_F(CallLogTest, TheFileIsLookedUpAtEachCallAndAppendedTo)
     EXPECT_EQ(support::readFile(other), "there before\nviClose(0) -> VI_WARN_NULL_OBJECT\n");
 }
 
-TEST_F(CallLogTest, AFileThatCannotBeWrittenIsReported)
+TEST_F(CallLogTest, AFileThatCannotBeWrittenIsReportedOnce)
 {
-    const std::string path = bench.pathFor("no-such-folder/calls.txt").string();
-    setVariable("QVVISA_BENCH_LOG", path);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(statusName(visa.close(0)), "VI_WARN_NULL_OBJECT");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              path + ": the call log cannot be written: No such file or directory\n");
+    const auto path = [&](const char* name) { return bench.pathFor(name).string(); };
+    ASSERT_EQ(::mkfifo(path("fifo").c_str(), 0600), 0);
+    support::writeFile(path("large"), "");
+    std::filesystem::resize_file(path("large"), std::uintmax_t{64} << 20U);
+    for (const auto& [name, problem] : std::vector<std::pair<std::string, std::string>>{
+             {path("no-such-folder/calls.txt"), "No such file or directory"},
+             {path("fifo"), "it is not a regular file"},
+             {"/dev/null", "it is not a regular file"},
+             {path("large"), "it is limited to 64 MiB"}}) {
+        setVariable("QVVISA_BENCH_LOG", name);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(statusName(visa.close(0)), "VI_WARN_NULL_OBJECT");
+        EXPECT_EQ(statusName(visa.close(0)), "VI_WARN_NULL_OBJECT");
+        std::string expected = name;
+        expected.append(": the call log cannot be written: ").append(problem).append("\n");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), expected);
+    }
 }

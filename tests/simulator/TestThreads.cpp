@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "simulator/VisaAttributes.h"
 #include "tests/simulator/CallsFixture.h"
 #include "tests/support/Files.h"
 
@@ -11,7 +10,7 @@
 #include <thread>
 #include <vector>
 
-using simulator::statusName;
+using visa::statusName;
 
 namespace {
 

@@ -105,7 +105,7 @@ class PyVisaClient(unittest.TestCase):
         attribute = constants.ResourceAttribute
         name, _ = ask(manager.session, attribute.resource_manufacturer_name)
         number, _ = ask(manager.session, attribute.resource_manufacturer_id)
-        self.assertEqual((name, number), ("Quorvane (stand-in)", 3674))
+        self.assertEqual((name, number), ("Quorvane (simulator)", 3674))
 
     def test_describes_the_library_as_a_whole(self):
         """What `pyvisa-info` prints of a library."""
@@ -117,7 +117,7 @@ class PyVisaClient(unittest.TestCase):
             [sys.executable, "-c", "import pyvisa.util; print(pyvisa.util.get_debug_info(False))"],
             check=True, capture_output=True, text=True,
         ).stdout  # fmt: skip
-        self.assertIn("Quorvane (stand-in)", text)
+        self.assertIn("Quorvane (simulator)", text)
         self.assertNotIn("Could not get more info", text)
 
     def test_asks_every_instrument(self):
@@ -126,7 +126,7 @@ class PyVisaClient(unittest.TestCase):
             with self.subTest(name), manager.open_resource(name) as instrument:
                 maker, model, serial, version = instrument.query("*IDN?").strip().split(",")
                 self.assertEqual(maker, "Quorvane")
-                self.assertTrue(model.startswith("Stand-in "), model)
+                self.assertTrue(model.startswith("Simulated "), model)
                 self.assertTrue(serial.isdigit(), serial)
                 self.assertEqual(version, "1.0")
 
