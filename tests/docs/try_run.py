@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""./run as README.md tells it: without a display, and with --mine on one. For ./check, which has
+"""./run without a display, and with --mine on one. For ./check, which has
 built the release by then; not a test among the others, as ./run builds."""
 
 import pathlib
