@@ -107,7 +107,8 @@ def names_a_preset(command):
 
 
 def has_a_manual_page(command):
-    if not (SOURCES / "packaging" / f"{command.split()[-1]}.1.in").exists():
+    pages_in_lower_case = {path.name.lower() for path in (SOURCES / "packaging").glob("*.1.in")}
+    if f"{command.split()[-1].lower()}.1.in" not in pages_in_lower_case:
         raise AssertionError("there is no such page")
 
 
