@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Saving a configuration of 100,000 lines:
+// Saving a configuration of 100 and of 100,000 lines:
 //   saveStore        the store's save(), to the disk
 //   writeAndFlush    the floor: one write of the same bytes to an open file, and fsync
 #include "benchmarks/GeneratedFile.h"
@@ -12,33 +12,43 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <string>
 
 namespace {
 
-constexpr std::size_t s_lines = 100'000;
-
-const benchmarks::GeneratedFile& configuration()
+const std::string& path()
 {
-    static const benchmarks::GeneratedFile file(s_lines);
-    return file;
+    static const benchmarks::GeneratedFile file(1);
+    static const std::string path = file.path();
+    return path;
+}
+
+/// Gives the store's file so many lines.
+void generate(benchmark::State& state)
+{
+    const benchmarks::GeneratedFile lines(static_cast<std::size_t>(state.range(0)));
+    support::writeFile(path(), support::readFile(lines.path()));
 }
 
 void saveStore(benchmark::State& state)
 {
-    ::setenv("QVVISACONFFILE", configuration().path().c_str(), 1);
+    generate(state);
+    ::setenv("QVVISACONFFILE", path().c_str(), 1);
     QvVisa::ConfigurationFile& store = *QvVisa::ConfigurationFile::getInstance();
+    store.load();
     for (auto _ : state) {
         store.save();
     }
 }
-BENCHMARK(saveStore)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(saveStore)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void writeAndFlush(benchmark::State& state)
 {
-    const std::string bytes = support::readFile(configuration().path());
-    const std::string path = configuration().path().string() + ".plain";
+    generate(state);
+    const std::string bytes = support::readFile(path());
+    const std::string plain = path() + ".plain";
     for (auto _ : state) {
-        const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        const int file = ::open(plain.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
         if (::write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
             ::fsync(file) != 0) {
             state.SkipWithError("the floor's write failed");
@@ -46,6 +56,6 @@ void writeAndFlush(benchmark::State& state)
         ::close(file);
     }
 }
-BENCHMARK(writeAndFlush)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(writeAndFlush)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

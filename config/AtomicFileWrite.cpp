@@ -137,7 +137,7 @@ bool writeInPlaceWithCopy(const TargetFile& target, std::string_view bytes,
     if (copy && outcome == InPlaceOutcome::Torn) {
         copy->keep();
     } else if (copy && outcome == InPlaceOutcome::Written) {
-        TemporaryFile::removeLeftovers(copy->folder());
+        TemporaryFile::removeLeftovers(copy->folder(), target.status().st_uid);
     }
     return outcome == InPlaceOutcome::Written;
 }
@@ -154,7 +154,7 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes,
     if (outcome == ReplaceOutcome::Ready) {
         if (file->renameTo(target->name())) {
             flushFolder(target->folder());
-            TemporaryFile::removeLeftovers(target->folder());
+            TemporaryFile::removeLeftovers(target->folder(), target->status().st_uid);
             return true;
         }
         outcome = outcomeOfError(errno);

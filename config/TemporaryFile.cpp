@@ -66,7 +66,7 @@ bool lock(int descriptor)
     return uninterrupted([=] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0;
 }
 
-void removeLeftover(int folder, const char* name)
+void removeLeftover(int folder, const char* name, uid_t owner)
 {
     const FileDescriptor file(::openat(
         folder, name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC, mode_t{0}));
@@ -74,7 +74,8 @@ void removeLeftover(int folder, const char* name)
     // Its creator holds a lock on it. That tells even where process IDs of other containers are not
     // seen.
     if (file.isOpen() && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
-        status.st_uid == ::geteuid() && lock(file.get())) {
+        (status.st_uid == ::geteuid() || (::geteuid() == 0 && status.st_uid == owner)) &&
+        lock(file.get())) {
         ::unlinkat(folder, name, 0);
     }
 }
@@ -168,7 +169,7 @@ bool TemporaryFile::exchangeWith(const std::string& name)
 #endif
 }
 
-void TemporaryFile::removeLeftovers(int folder)
+void TemporaryFile::removeLeftovers(int folder, uid_t owner)
 {
     const int descriptor = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC, mode_t{0});
     const std::unique_ptr<DIR, int (*)(DIR*)> names(
@@ -181,7 +182,7 @@ void TemporaryFile::removeLeftovers(int folder)
     while (const dirent* entry = ::readdir(names.get())) {
         const pid_t process = creatorOf(entry->d_name);
         if (process != 0 && !isAlive(process)) {
-            removeLeftover(folder, entry->d_name);
+            removeLeftover(folder, entry->d_name, owner);
         }
     }
 }

@@ -53,7 +53,8 @@ public:
     void keep() { m_name.clear(); }
 
     /// Removes the temporary files in the folder that processes of this user left when they died.
-    static void removeLeftovers(int folder);
+    /// Root's may already belong to owner, to whom they were to be given.
+    static void removeLeftovers(int folder, uid_t owner);
 
 private:
     bool createUnnamed(mode_t mode);

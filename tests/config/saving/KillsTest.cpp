@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// Processes that are killed at any moment while they save again and again. QVVISA_KILLS is the
+// number of kills for each way of writing.
+
+#include "config/AtomicFileWrite.h"
+#include "tests/config/saving/SavingTest.h"
+#include "tests/support/Files.h"
+#include "tests/support/SystemCalls.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <iostream>
+#include <ostream>
+#include <random>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using support::CallAnswer;
+using support::SystemCall;
+using support::SystemCalls;
+
+enum class Way
+{
+    Unnamed,
+    Named,
+    InPlace
+};
+
+void PrintTo(Way way, std::ostream* out)
+{
+    const char* const names[] = {"UnnamedFile", "NamedFile", "InPlace"};
+    *out << names[static_cast<int>(way)];
+}
+
+/// A text that shows whether it is whole: lines of one letter, as many as the first line says.
+std::string textOf(int number)
+{
+    const int count = 1 + number * 7919 % 5000;
+    std::string text = std::to_string(count) + '\n';
+    for (int i = 0; i < count; ++i) {
+        text.append({static_cast<char>('a' + number % 26), '\n'});
+    }
+    return text;
+}
+
+bool isWhole(std::string text)
+{
+    // A write in place is padded with empty lines for a moment.
+    while (text.size() > 1 && text.substr(text.size() - 2) == "\n\n") {
+        text.pop_back();
+    }
+    const std::size_t start = text.find('\n') + 1;
+    if (start == 0 || text.size() <= start) {
+        return false;
+    }
+    std::string lines;
+    for (int i = 0; i < std::atoi(text.c_str()); ++i) {
+        lines.append({text[start], '\n'});
+    }
+    return text.substr(start) == lines;
+}
+
+class SaveKills : public SavingTest, public testing::WithParamInterface<Way>
+{
+protected:
+    [[noreturn]] void saveForEver(int start) const
+    {
+        const SystemCalls calls([](const SystemCall& call) {
+            CallAnswer answer;
+            const bool isCreation = call.name == "openat(O_TMPFILE)";
+            answer.error = isCreation && GetParam() == Way::Named ? EOPNOTSUPP : 0;
+            return answer;
+        });
+        for (int number = start;; ++number) {
+            if (!QvVisa::writeFileAtomically(file(), textOf(number))) {
+                ::_exit(1);
+            }
+        }
+    }
+
+    /// Temporary files, and how many of them are whole.
+    std::pair<int, int> leftovers() const
+    {
+        std::pair<int, int> counts;
+        for (const auto& entry : fs::directory_iterator(folder())) {
+            if (entry.path().filename().string().rfind(".qvvisa-", 0) == 0) {
+                ++counts.first;
+                counts.second += isWhole(support::readFile(entry)) ? 1 : 0;
+            }
+        }
+        return counts;
+    }
+};
+
+TEST_P(SaveKills, AtAnyMomentLeaveAWholeFileOrCopy)
+{
+    const char* const wanted = std::getenv("QVVISA_KILLS"); // NOLINT(concurrency-mt-unsafe)
+    const int kills = wanted != nullptr ? std::atoi(wanted) : 40;
+    ASSERT_TRUE(QvVisa::writeFileAtomically(file(), textOf(0)));
+    if (GetParam() == Way::InPlace) {
+        fs::create_hard_link(file(), folder() / "second");
+    }
+    std::mt19937 random(1); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same each time
+    int torn = 0;
+    int left = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            saveForEver(kill);
+        }
+        const struct timespec moment = {0,
+                                        std::uniform_int_distribution<long>(0, 20'000'000)(random)};
+        ::nanosleep(&moment, nullptr);
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "a save failed";
+        const auto [count, whole] = leftovers();
+        left += count;
+        if (!isWhole(support::readFile(file()))) {
+            ++torn;
+            ASSERT_EQ(GetParam(), Way::InPlace);
+            ASSERT_GT(whole, 0) << "no whole copy after kill " << kill;
+        }
+        ASSERT_TRUE(QvVisa::writeFileAtomically(file(), textOf(kill)));
+        ASSERT_EQ(leftovers().first, 0) << "after the next save";
+    }
+    std::cout << kills << " kills: " << torn << " torn files with a whole copy, " << left
+              << " temporary files until the next save\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Through, SaveKills,
+                         testing::Values(Way::Unnamed, Way::Named, Way::InPlace),
+                         testing::PrintToStringParamName());
+
+} // namespace
