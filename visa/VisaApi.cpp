@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "visa/VisaApi.h"
 
+#include "visa/NoExceptions.h"
 #include "visa/VisaLibrary.h"
 
 namespace {
@@ -8,8 +9,11 @@ namespace {
 template <typename Call, typename... Arguments>
 ViStatus forward(Call visa::VisaLibrary::Calls::*call, Arguments... arguments)
 {
-    const Call target = visa::VisaLibrary::instance().calls().*call;
-    return target != nullptr ? target(arguments...) : VI_ERROR_LIBRARY_NFOUND;
+    return visa::withoutExceptions([=] {
+        const visa::VisaLibrary& library = visa::VisaLibrary::instance();
+        const Call target = library.calls().*call;
+        return target != nullptr ? target(arguments...) : library.statusWithout();
+    });
 }
 
 } // namespace

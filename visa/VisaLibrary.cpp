@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visa/VisaLibrary.h"
 
+#include "visa/LibraryLoading.h"
+
 #include <dlfcn.h>
 
 namespace visa {
@@ -34,34 +36,44 @@ const VisaLibrary& VisaLibrary::instance()
 
 const std::vector<std::string>& VisaLibrary::candidates()
 {
-    static const std::vector<std::string> names{
+    static const std::vector<std::string> names = [] {
+        std::vector<std::string> list{
 #ifdef __APPLE__
-        "libqvvisa.dylib",
-        "/Library/Frameworks/QvVisa.framework/libqvvisa.dylib",
-        "/Library/Frameworks/VISA.framework/VISA",
+            "libqvvisa.dylib",
+            "/Library/Frameworks/QvVisa.framework/libqvvisa.dylib",
+            "/Library/Frameworks/VISA.framework/VISA",
 #else
-        "libqvvisa.so",
-        "libvisa.so.0",
-        "libvisa.so",
+            "libqvvisa.so",
+            "libvisa.so.0",
+            "libvisa.so",
 #endif
-    };
+        };
+        const std::string finder = QVVISA_FINDER_LIBRARY;
+        if (!finder.empty()) {
+            list.push_back(finder);
+        }
+        return list;
+    }();
     return names;
 }
 
 VisaLibrary::VisaLibrary(const std::vector<std::string>& candidates)
 {
     for (const std::string& candidate : candidates) {
-        void* library = ::dlopen(candidate.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (library == nullptr) {
+        const LoadedLibrary library = loadLibrary(candidate.c_str());
+        if (library.hasThrown) {
+            m_statusWithout = VI_ERROR_SYSTEM_ERROR;
+        }
+        if (library.handle == nullptr) {
             continue;
         }
         Calls calls;
-        if (resolveAll(library, calls)) {
+        if (resolveAll(library.handle, calls)) {
             m_calls = calls;
             m_name = candidate;
             return;
         }
-        ::dlclose(library);
+        ::dlclose(library.handle);
     }
 }
 
@@ -73,6 +85,11 @@ bool VisaLibrary::isFound() const
 const std::string& VisaLibrary::name() const
 {
     return m_name;
+}
+
+ViStatus VisaLibrary::statusWithout() const
+{
+    return m_statusWithout;
 }
 
 const VisaLibrary::Calls& VisaLibrary::calls() const

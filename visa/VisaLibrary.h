@@ -23,16 +23,16 @@ public:
         decltype(&::viClose) close = nullptr;
     };
 
-    /// The process's library: the first of candidates() that qualifies. Searched for on the first
-    /// call, from whichever thread, and kept to the end of the process.
+    /// The process's library, the first of candidates() that qualifies. Loaded by the first call,
+    /// from any thread.
     static const VisaLibrary& instance();
 
-    /// Names and paths that instance() tries, in order, each as the dynamic loader takes it.
+    /// Names and paths that instance() tries, in order, as arguments of dlopen(). The finder is the
+    /// last one, if the build names its place (QVVISA_FINDER_LIBRARY).
     static const std::vector<std::string>& candidates();
 
-    /// Takes the first candidate that loads and has all six calls; what does not qualify is
-    /// unloaded again. The chosen library stays loaded to the end of the process, since threads
-    /// of its own may still run.
+    /// Takes the first candidate that loads and has all six calls; others are unloaded again. The
+    /// chosen library stays loaded to the end of the process, since threads of its own may run.
     explicit VisaLibrary(const std::vector<std::string>& candidates);
 
     VisaLibrary(const VisaLibrary&) = delete;
@@ -44,11 +44,16 @@ public:
     /// The candidate in use, empty when none was found.
     const std::string& name() const;
 
+    /// What each call returns when none was found: VI_ERROR_LIBRARY_NFOUND, or
+    /// VI_ERROR_SYSTEM_ERROR when the initialisation of one threw an exception.
+    ViStatus statusWithout() const;
+
     const Calls& calls() const;
 
 private:
     Calls m_calls;
     std::string m_name;
+    ViStatus m_statusWithout = VI_ERROR_LIBRARY_NFOUND;
 };
 
 } // namespace visa

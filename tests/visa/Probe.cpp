@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Says which VISA library a fresh process finds, as tests/visa/TestVisaLibrarySearch.cpp wants it:
-// the candidate's name, the file that it came from, what each call answers and whether a call left
-// its outputs alone.
+// Prints which VISA library a new process finds, for tests/visa/TestVisaLibrarySearch.cpp: the
+// candidate's name, its file, the status of each call and what the calls wrote. With a number, that
+// many threads make the first call at the same time.
 #include "visa/VisaLibrary.h"
 
 #include <atomic>
@@ -21,7 +21,7 @@ std::string fileOf(const visa::VisaLibrary& library)
     return address != nullptr && ::dladdr(address, &info) != 0 ? info.dli_fname : "";
 }
 
-/// Has many threads be the first to ask, and tells how many libraries they saw.
+/// The number of different libraries that so many threads see when they all make the first call.
 std::size_t librariesSeenBy(std::size_t count)
 {
     std::atomic<bool> go{false};
@@ -55,6 +55,8 @@ int main(int argc, char* argv[])
     if (argc == 2) {
         std::cout << "libraries " << librariesSeenBy(std::stoul(argv[1])) << '\n';
     }
+    // Hangs if the thread that loaded the library still holds the loader's lock.
+    ::dlclose(::dlopen(nullptr, RTLD_NOW));
     const visa::VisaLibrary& library = visa::VisaLibrary::instance();
     std::cout << "name " << library.name() << "\nfile " << fileOf(library) << '\n';
 

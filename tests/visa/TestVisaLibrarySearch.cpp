@@ -48,10 +48,11 @@ protected:
         std::filesystem::copy_file(library, folder(where) / name);
     }
 
-    /// What the probe says, by its lines' first words.
-    static std::map<std::string, std::string> probe(const std::string& arguments = "")
+    /// The lines that the probe prints, by their first words.
+    static std::map<std::string, std::string> probe(const std::string& arguments = "",
+                                                    const std::string& program = QVVISA_PROBE)
     {
-        FILE* output = ::popen((QVVISA_PROBE " " + arguments).c_str(), "r");
+        FILE* output = ::popen((program + ' ' + arguments).c_str(), "r");
         std::string text;
         for (int byte = std::fgetc(output); byte != EOF; byte = std::fgetc(output)) {
             text.push_back(static_cast<char>(byte));
@@ -64,6 +65,16 @@ protected:
             said[line.substr(0, blank)] = line.substr(blank + 1);
         }
         return said;
+    }
+
+    static std::string sixTimes(ViStatus status)
+    {
+        const std::string text = std::to_string(status);
+        std::string all = text;
+        for (int call = 1; call < 6; ++call) {
+            all += ' ' + text;
+        }
+        return all;
     }
 
     support::TemporaryFolder m_folder;
@@ -115,19 +126,47 @@ TEST_F(VisaLibrarySearch, PassesOverWhatDoesNotQualify)
 }
 #endif
 
-TEST_F(VisaLibrarySearch, EveryCallSaysWhenThereIsNoLibrary)
+TEST_F(VisaLibrarySearch, EveryCallFailsWithoutALibrary)
 {
     auto said = probe();
     if (!said["name"].empty()) {
         GTEST_SKIP() << "this machine has a VISA library of its own: " << said["file"];
     }
-    const std::string notFound = std::to_string(VI_ERROR_LIBRARY_NFOUND);
-    std::string expected = notFound;
-    for (int call = 1; call < 6; ++call) {
-        expected += " " + notFound;
-    }
-    EXPECT_EQ(said["statuses"], expected);
+    EXPECT_EQ(said["statuses"], sixTimes(VI_ERROR_LIBRARY_NFOUND));
     EXPECT_EQ(said["outputs"], "11 12 13 14 15 untouched");
+}
+
+TEST_F(VisaLibrarySearch, AnExceptionInACallBecomesAStatus)
+{
+    const std::string name = visa::VisaLibrary::candidates().front();
+    install(complete, name);
+    ::setenv("QVVISA_STUB_THROWS_AT", "call", 1);
+    auto said = probe();
+    EXPECT_EQ(said["name"], name);
+    EXPECT_EQ(said["statuses"], sixTimes(VI_ERROR_SYSTEM_ERROR));
+    EXPECT_EQ(said["outputs"], "11 12 13 14 15 untouched");
+}
+
+TEST_F(VisaLibrarySearch, AnExceptionWhileLoadingBecomesAStatus)
+{
+    install(complete, visa::VisaLibrary::candidates().front());
+    ::setenv("QVVISA_STUB_THROWS_AT", "load", 1);
+    for (const char* threads : {"", "24"}) {
+        auto said = probe(threads);
+        if (!said["name"].empty()) {
+            GTEST_SKIP() << "this machine has a VISA library of its own: " << said["file"];
+        }
+        EXPECT_EQ(said["statuses"], sixTimes(VI_ERROR_SYSTEM_ERROR));
+    }
+}
+
+TEST_F(VisaLibrarySearch, TriesTheFinderLast)
+{
+    // This probe was built with the complete stub as its finder.
+    EXPECT_EQ(probe("", QVVISA_PROBE_WITH_FINDER)["file"], complete);
+    install(complete, visa::VisaLibrary::candidates().back());
+    EXPECT_EQ(probe("", QVVISA_PROBE_WITH_FINDER)["file"],
+              folder("one") / visa::VisaLibrary::candidates().back());
 }
 
 TEST_F(VisaLibrarySearch, SearchesOnceHoweverManyThreadsAsk)

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <mutex>
+#include <string_view>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,15 +13,24 @@ namespace stub {
 
 namespace {
 
-/// Guards what follows against calls from several threads. Whoever looks at the last call looks
-/// when no call runs.
+/// Guards what follows. The last call is read when no call runs.
 std::mutex s_mutex;
 Call s_lastCall;
 ViStatus s_status = VI_SUCCESS;
 
+/// Throws what no caller expects, if the environment wants it at this point.
+void throwAt(std::string_view point)
+{
+    const char* wanted = std::getenv("QVVISA_STUB_THROWS_AT");
+    if (wanted != nullptr && point == wanted) {
+        throw 7;
+    }
+}
+
 /// One byte for each time that the library is loaded, in a file that the environment names.
 [[gnu::constructor]] void noteLoad()
 {
+    throwAt("load");
     const char* path = std::getenv("QVVISA_STUB_LOADS");
     if (path == nullptr) {
         return;
@@ -36,6 +46,7 @@ ViStatus s_status = VI_SUCCESS;
 
 ViStatus note(const char* name, std::initializer_list<std::uintptr_t> arguments)
 {
+    throwAt("call");
     const std::lock_guard<std::mutex> lock(s_mutex);
     s_lastCall.name = name;
     s_lastCall.argumentCount = static_cast<int>(arguments.size());
