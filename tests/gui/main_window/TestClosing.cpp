@@ -1,118 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The question about unsaved data, and what each answer does to the file.
-#include "gui/ResourceDialog.h"
-#include "tests/gui/main_window/MainWindowCase.h"
-#include "tests/gui/shared/WindowTest.h"
-#include "tests/support/Files.h"
-#include "tests/support/ModalWindows.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
 #include <QAbstractButton>
 #include <QMessageBox>
 
 #include <filesystem>
 #include <functional>
-#include <optional>
-#include <string>
-
-using support::ConfigurationFixture;
-
-class TestClosing : public guitest::WindowTest
-{
-    Q_OBJECT
-
-private slots:
-    void asksNothingWithoutChanges();
-    void asksNothingOnceSaved();
-    void asksInTheseWords();
-    void answers_data();
-    void answers();
-    void cancelLeavesTheDataToBeSaved();
-    void asksAgainEachTime();
-    void anOpenEditorsTextCounts_data();
-    void anOpenEditorsTextCounts();
-    void anOpenEditorWithoutChangeAsksNothing();
-    void aFailingSaveClosesAllTheSame();
-    void destructionSavesNothing();
-
-private:
-    void setUp() override;
-    void tearDown() override;
-    void start();
-    /// Closes the window; whether the question came up, to be answered so.
-    bool closeAndAnswer(const std::function<void(QMessageBox&)>& answer);
-    bool closeAndClick(QMessageBox::StandardButton button);
-    std::string before() const { return ConfigurationFixture::header() + s_lines; }
-    std::string after() const
-    {
-        return ConfigurationFixture::header() + ":Provider=3674\nGPIB0::1::INSTR\nB=ASRL1::INSTR\n";
-    }
-
-    static constexpr const char* s_lines = "GPIB0::1::INSTR\nA=ASRL1::INSTR\n# by hand\n";
-    std::optional<guitest::MainWindowCase> m_case;
-};
-
-void TestClosing::setUp()
-{
-    start();
-}
-
-void TestClosing::tearDown()
-{
-    m_case.reset();
-}
-
-void TestClosing::start()
-{
-    m_case.emplace(configuration(), s_lines);
-    m_case->show();
-}
-
-bool TestClosing::closeAndAnswer(const std::function<void(QMessageBox&)>& answer)
-{
-    const support::ModalAnswer<QMessageBox> modal(answer);
-    m_case->click("actionClose");
-    return modal.wasShown();
-}
-
-bool TestClosing::closeAndClick(QMessageBox::StandardButton button)
-{
-    return closeAndAnswer(
-        [button](QMessageBox& box) { QTest::mouseClick(box.button(button), Qt::LeftButton); });
-}
-
-void TestClosing::asksNothingWithoutChanges()
-{
-    QVERIFY(!closeAndClick(QMessageBox::Cancel));
-    QVERIFY(!m_case->window().isVisible());
-    QCOMPARE(configuration().read(), before());
-}
-
-void TestClosing::asksNothingOnceSaved()
-{
-    m_case->editCell(1, 1, "B");
-    m_case->click("actionSave");
-    QCOMPARE(configuration().read(), after());
-    QVERIFY(!closeAndClick(QMessageBox::Cancel));
-    QVERIFY(!m_case->window().isVisible());
-}
-
-void TestClosing::asksInTheseWords()
-{
-    m_case->editCell(1, 1, "B");
-    QVERIFY(closeAndAnswer([this](QMessageBox& box) {
-        QCOMPARE(box.windowTitle(), QStringLiteral("Unsaved data"));
-        QCOMPARE(box.text(), QStringLiteral("Do you want to save before exiting?"));
-        QCOMPARE(box.informativeText(), QString());
-        QCOMPARE(box.icon(), QMessageBox::Question);
-        QCOMPARE(box.standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        QCOMPARE(box.defaultButton(), nullptr);
-        QCOMPARE(box.parent(), &m_case->window());
-        // The window is still there behind the question.
-        QVERIFY(m_case->window().isVisible());
-        QCOMPARE(configuration().read(), before());
-        box.button(QMessageBox::Cancel)->click();
-    }));
-}
 
 namespace {
 
@@ -126,111 +20,161 @@ Answer clicking(QMessageBox::StandardButton button)
 } // namespace
 Q_DECLARE_METATYPE(Answer)
 
-void TestClosing::answers_data()
+class TestClosing : public guitest::MainWindowTest
+{
+    Q_OBJECT
+
+private slots:
+    void withoutChangesAsksNothing_data();
+    void withoutChangesAsksNothing();
+    void questionHasTheseWordsAndButtons();
+    void answerDecidesOnSavingAndClosing_data();
+    void answerDecidesOnSavingAndClosing();
+    void saveAfterCancelWritesTheFile();
+    void titleBarAsksEachTime();
+    void failingSaveClosesTheWindow();
+    void destructionDoesNotSave();
+
+private:
+    void setUp() override { start(s_lines); }
+    /// Closes the window. True if the question came up; it is given this answer.
+    bool closeAndAnswer(const Answer& answer) const
+    {
+        const support::ModalAnswer<QMessageBox> modal(answer);
+        click("actionClose");
+        return modal.wasShown();
+    }
+
+    static constexpr const char* s_lines = "GPIB0::1::INSTR\nA=ASRL1::INSTR\n# by hand\n";
+    const std::string m_unsaved = file(s_lines);
+    const std::string m_saved = file(":Provider=3674\nGPIB0::1::INSTR\nB=ASRL1::INSTR\n");
+};
+
+void TestClosing::withoutChangesAsksNothing_data()
+{
+    QTest::addColumn<QString>("before");
+    for (const char* before : {"nothing", "saved change", "cell editor with the same text"}) {
+        QTest::newRow(before) << QString::fromLatin1(before);
+    }
+}
+
+void TestClosing::withoutChangesAsksNothing()
+{
+    QFETCH(const QString, before);
+    const bool isSaved = before == QLatin1String("saved change");
+    if (isSaved) {
+        editCell(1, 1, "B");
+        click("actionSave");
+    } else if (before != QLatin1String("nothing")) {
+        typeIntoCell(1, 1, "A");
+    }
+    QVERIFY(!closeAndAnswer(clicking(QMessageBox::Cancel)));
+    QVERIFY(!window().isVisible());
+    QCOMPARE(configuration().read(), isSaved ? m_saved : m_unsaved);
+}
+
+void TestClosing::questionHasTheseWordsAndButtons()
+{
+    editCell(1, 1, "B");
+    QVERIFY(closeAndAnswer([this](QMessageBox& box) {
+        QCOMPARE(box.windowTitle(), QStringLiteral("Unsaved data"));
+        QCOMPARE(box.text(), QStringLiteral("Do you want to save before exiting?"));
+        QCOMPARE(box.informativeText(), QString());
+        QCOMPARE(box.icon(), QMessageBox::Question);
+        QCOMPARE(box.standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        QCOMPARE(box.defaultButton(), nullptr);
+        QCOMPARE(box.parent(), &window());
+        QVERIFY(window().isVisible());
+        QCOMPARE(configuration().read(), m_unsaved);
+        box.button(QMessageBox::Cancel)->click();
+    }));
+}
+
+void TestClosing::answerDecidesOnSavingAndClosing_data()
 {
     QTest::addColumn<Answer>("answer");
+    QTest::addColumn<bool>("inEditor");
     QTest::addColumn<bool>("closes");
     QTest::addColumn<bool>("saves");
-    QTest::newRow("Yes") << clicking(QMessageBox::Yes) << true << true;
-    QTest::newRow("No") << clicking(QMessageBox::No) << true << false;
-    QTest::newRow("Cancel") << clicking(QMessageBox::Cancel) << false << false;
-    QTest::newRow("Escape") << Answer([](QMessageBox& box) {
-        QTest::keyClick(&box, Qt::Key_Escape);
-    }) << false << false;
-    // The title bar's close button stands for Cancel.
-    QTest::newRow("box closed") << Answer([](QMessageBox& box) { box.close(); }) << false << false;
-    // Without any button the box is gone by other means.
-    QTest::newRow("no button") << Answer([](QMessageBox& box) { box.done(QMessageBox::NoButton); })
-                               << true << false;
+    for (const bool inEditor : {false, true}) {
+        const auto row = [inEditor](const char* name, const Answer& answer, bool closes,
+                                    bool saves) {
+            QTest::addRow("%s, %s", name, inEditor ? "text in a cell editor" : "edited cell")
+                << answer << inEditor << closes << saves;
+        };
+        row("Yes", clicking(QMessageBox::Yes), true, true);
+        row("No", clicking(QMessageBox::No), true, false);
+        row("Cancel", clicking(QMessageBox::Cancel), false, false);
+        row(
+            "Escape", [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }, false,
+            false);
+        // The title bar's close button is Cancel.
+        row(
+            "box closed", [](QMessageBox& box) { box.close(); }, false, false);
+        row(
+            "no button", [](QMessageBox& box) { box.done(QMessageBox::NoButton); }, true, false);
+    }
 }
 
-void TestClosing::answers()
+void TestClosing::answerDecidesOnSavingAndClosing()
 {
-    QFETCH(Answer, answer);
-    QFETCH(bool, closes);
-    QFETCH(bool, saves);
-    m_case->editCell(1, 1, "B");
-    const auto writtenBefore = std::filesystem::last_write_time(configuration().path());
+    QFETCH(const Answer, answer);
+    QFETCH(const bool, inEditor);
+    QFETCH(const bool, closes);
+    QFETCH(const bool, saves);
+    if (inEditor) {
+        typeIntoCell(1, 1, " B:# ");
+        QVERIFY(!model().isDirty());
+    } else {
+        editCell(1, 1, "B");
+    }
+    const auto modified = std::filesystem::last_write_time(configuration().path());
     QVERIFY(closeAndAnswer(answer));
-    QCOMPARE(m_case->window().isVisible(), !closes);
-    QCOMPARE(configuration().read(), saves ? after() : before());
-    QCOMPARE(std::filesystem::last_write_time(configuration().path()) == writtenBefore, !saves);
-    QCOMPARE(m_case->model().isDirty(), !saves);
-    QCOMPARE(m_case->action("actionSave").isEnabled(), !saves);
-    QCOMPARE(m_case->text(1, 1), QStringLiteral("B"));
+    QCOMPARE(window().isVisible(), !closes);
+    QCOMPARE(configuration().read(), saves ? m_saved : m_unsaved);
+    QCOMPARE(std::filesystem::last_write_time(configuration().path()) == modified, !saves);
+    QCOMPARE(model().isDirty(), !saves);
+    QCOMPARE(isEnabled("actionSave"), !saves);
+    QCOMPARE(text(1, 1), QStringLiteral("B"));
 }
 
-void TestClosing::cancelLeavesTheDataToBeSaved()
+void TestClosing::saveAfterCancelWritesTheFile()
 {
-    m_case->editCell(1, 1, "B");
-    QVERIFY(closeAndClick(QMessageBox::Cancel));
-    m_case->click("actionSave");
-    QCOMPARE(configuration().read(), after());
-    QVERIFY(!closeAndClick(QMessageBox::Cancel));
-    QVERIFY(!m_case->window().isVisible());
+    editCell(1, 1, "B");
+    QVERIFY(closeAndAnswer(clicking(QMessageBox::Cancel)));
+    click("actionSave");
+    QCOMPARE(configuration().read(), m_saved);
 }
 
-void TestClosing::asksAgainEachTime()
+void TestClosing::titleBarAsksEachTime()
 {
-    m_case->editCell(1, 1, "B");
-    QVERIFY(closeAndClick(QMessageBox::Cancel));
-    QVERIFY(closeAndClick(QMessageBox::Cancel));
-    // The title bar asks as the tool bar does.
-    const support::ModalAnswer<QMessageBox> cancel(clicking(QMessageBox::Cancel));
-    QVERIFY(!m_case->window().close());
-    QVERIFY(cancel.wasShown());
-    QVERIFY(m_case->window().isVisible());
-    const support::ModalAnswer<QMessageBox> no(clicking(QMessageBox::No));
-    QVERIFY(m_case->window().close());
-    QVERIFY(no.wasShown());
-    QCOMPARE(configuration().read(), before());
+    editCell(1, 1, "B");
+    for (const auto answer : {QMessageBox::Cancel, QMessageBox::Cancel, QMessageBox::No}) {
+        const support::ModalAnswer<QMessageBox> modal(clicking(answer));
+        QCOMPARE(window().close(), answer == QMessageBox::No);
+        QVERIFY(modal.wasShown());
+    }
+    QCOMPARE(configuration().read(), m_unsaved);
 }
 
-void TestClosing::anOpenEditorsTextCounts_data()
+void TestClosing::failingSaveClosesTheWindow()
 {
-    answers_data();
-}
-
-void TestClosing::anOpenEditorsTextCounts()
-{
-    QFETCH(Answer, answer);
-    QFETCH(bool, closes);
-    QFETCH(bool, saves);
-    m_case->typeIntoCell(1, 1, " B:# ");
-    QVERIFY(!m_case->model().isDirty());
-    QVERIFY(closeAndAnswer(answer));
-    QCOMPARE(m_case->window().isVisible(), !closes);
-    QCOMPARE(configuration().read(), saves ? after() : before());
-    QCOMPARE(m_case->text(1, 1), QStringLiteral("B"));
-    QCOMPARE(m_case->model().isDirty(), !saves);
-}
-
-void TestClosing::anOpenEditorWithoutChangeAsksNothing()
-{
-    m_case->typeIntoCell(1, 1, "A");
-    QVERIFY(!closeAndClick(QMessageBox::Cancel));
-    QVERIFY(!m_case->window().isVisible());
-    QCOMPARE(configuration().read(), before());
-}
-
-void TestClosing::aFailingSaveClosesAllTheSame()
-{
-    m_case->editCell(1, 1, "B");
-    // A folder in the file's place cannot be written.
+    editCell(1, 1, "B");
+    // A folder cannot be written as a file.
     std::filesystem::remove(configuration().path());
     std::filesystem::create_directory(configuration().path());
-    const bool wasAsked = closeAndClick(QMessageBox::Yes);
+    const bool wasAsked = closeAndAnswer(clicking(QMessageBox::Yes));
     std::filesystem::remove(configuration().path());
     QVERIFY(wasAsked);
-    QVERIFY(!m_case->window().isVisible());
-    QVERIFY(!m_case->model().isDirty());
+    QVERIFY(!window().isVisible());
+    QVERIFY(!model().isDirty());
 }
 
-void TestClosing::destructionSavesNothing()
+void TestClosing::destructionDoesNotSave()
 {
-    m_case->editCell(1, 1, "B");
-    m_case->destroy();
-    QCOMPARE(configuration().read(), before());
+    editCell(1, 1, "B");
+    destroy();
+    QCOMPARE(configuration().read(), m_unsaved);
 }
 
 static const guitest::Registration<TestClosing> s_registration;

@@ -1,153 +1,144 @@
 // SPDX-License-Identifier: MIT
-// The scan that the main window starts.
+// The search that the main window starts on a thread of its own.
+#include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
-#include "tests/gui/main_window/MainWindowCase.h"
+#include "gui/RsrcStringEditor.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/gui/shared/BlockedThread.h"
 #include "tests/gui/shared/NamedCalls.h"
-#include "tests/gui/shared/WindowTest.h"
 #include "tests/support/Files.h"
 
-#include <QListWidget>
+#include <QComboBox>
+#include <QSettings>
 
 #include <atomic>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <thread>
 
-class TestScan : public guitest::WindowTest
+class TestScan : public guitest::MainWindowTest
 {
     Q_OBJECT
 
 private slots:
-    void makesTheseCallsOnce();
-    void windowWorksWhileTheScanRuns();
-    void destructionWaitsForTheScan();
-    void eachWindowScansAnew();
+    void eachWindowSearchesOnce();
+    void windowWorksWhileTheLibraryIsHeld_data();
+    void windowWorksWhileTheLibraryIsHeld();
+    void destructorWaitsForTheSearchAndThenSavesTheSettings();
 
 private:
-    void tearDown() override;
-    QStringList calls();
-    QStringList foundResources() const;
-
-    std::optional<guitest::MainWindowCase> m_case;
+    static QString found()
+    {
+        const gui::ResourceDialog dialog(nullptr);
+        return guitest::listed(support::child<QListWidget>(dialog, "rsrcList"));
+    }
 };
 
-namespace {
-
-const std::string s_waiting = "resource GPIB0::1::INSTR\nwait-for-file go\n";
-
-} // namespace
-
-void TestScan::tearDown()
+void TestScan::eachWindowSearchesOnce()
 {
-    if (m_case) {
-        // Whatever the case came to, its scan must end.
-        support::writeFile(m_case->bench().pathFor("go"), "");
-    }
-    m_case.reset();
+    start("", "resource USB0::1::2::3::INSTR\nresource ASRL1::INSTR\n");
+    click("actionClose");
+    destroy();
+    QCOMPARE(guitest::namedCalls(bench()).join(QLatin1Char('\n')),
+             QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=RM\n"
+                            "viSetAttribute(RM, 0x0E5A0002, 7) -> VI_SUCCESS\n"
+                            "viSetAttribute(RM, 0x0E5A0001, 1000) -> VI_SUCCESS\n"
+                            "viFindRsrc(RM, \"?*\") -> VI_SUCCESS, list=LIST, count=2, "
+                            "description=\"USB0::1::2::3::INSTR\"\n"
+                            "viFindNext(LIST) -> VI_SUCCESS, description=\"ASRL1::INSTR\"\n"
+                            "viClose(LIST) -> VI_SUCCESS\n"
+                            "viClose(RM) -> VI_SUCCESS"));
+    QCOMPARE(found(), QStringLiteral("ASRL1::INSTR USB0::1::2::3::INSTR"));
+    start("");
+    destroy();
+    QCOMPARE(found(), QString());
 }
 
-QStringList TestScan::calls()
+void TestScan::windowWorksWhileTheLibraryIsHeld_data()
 {
-    return guitest::namedCalls(m_case->bench());
+    QTest::addColumn<QByteArray>("hold");
+    QTest::addColumn<std::size_t>("callsBefore");
+    QTest::newRow("search") << QByteArray("wait-for-file go for=?*") << std::size_t{3};
+    // The search for serial ports finds one and so never takes a second step.
+    QTest::newRow("second step") << QByteArray("wait-for-file go call=viFindNext at=2")
+                                 << std::size_t{5};
+    QTest::newRow("second attribute")
+        << QByteArray("wait-for-file go call=viSetAttribute at=2") << std::size_t{2};
 }
 
-QStringList TestScan::foundResources() const
+void TestScan::windowWorksWhileTheLibraryIsHeld()
 {
-    const gui::ResourceDialog dialog(nullptr);
-    const auto& list = support::child<QListWidget>(dialog, "rsrcList");
-    QStringList texts;
-    for (int row = 0; row < list.count(); ++row) {
-        texts.append(list.item(row)->text());
-    }
-    return texts;
+    QFETCH(const QByteArray, hold);
+    QFETCH(const std::size_t, callsBefore);
+    start("A=ASRL7::INSTR\nGPIB0::1::INSTR\n",
+          "resource ASRL7::INSTR\nresource GPIB0::1::INSTR\nresource GPIB0::2::INSTR\n" +
+              hold.toStdString() + "\n");
+    QTRY_COMPARE_WITH_TIMEOUT(bench().calls().size(), callsBefore, 60000);
+
+    editCell(1, 1, "typed");
+    clickCell(0, 0);
+    click("actionRemove_resource");
+    clickAndAnswer<gui::RsrcStringEditor>("actionAdd_Resource", [](auto& composer) {
+        composer.setRsrcString(QStringLiteral("USB0::1::2::3::INSTR"));
+        guitest::clickButton(composer, QDialogButtonBox::Ok);
+    });
+    clickCell(0, 0);
+    clickAndAnswer<gui::RsrcStringEditor>("actionEdit", [](auto& composer) {
+        composer.setAlias(QStringLiteral("edited"));
+        guitest::clickButton(composer, QDialogButtonBox::Ok);
+    });
+    clickAndAnswer<gui::PropertyDialog>("actionEdit_properties", [](auto& properties) {
+        const auto& ports = support::child<QComboBox>(properties, "comboBoxSerialInterface");
+        QCOMPARE(ports.currentText(), QStringLiteral("ASRL7::INSTR"));
+        guitest::clickButton(properties, QDialogButtonBox::Ok);
+    });
+    click("actionSave");
+    QCOMPARE(configuration().read(), file(":Provider=3674\n"
+                                          ":SerialProperty[DeviceNo=7].Baudrate=9600\n"
+                                          ":SerialProperty[DeviceNo=7].DataBits=8\n"
+                                          ":SerialProperty[DeviceNo=7].StopBits=0\n"
+                                          ":SerialProperty[DeviceNo=7].Parity=0\n"
+                                          ":SerialProperty[DeviceNo=7].FlowControl=0\n"
+                                          "USB0::1::2::3::INSTR\n"
+                                          "edited=ASRL7::INSTR\n"));
+    click("actionClose");
+    QVERIFY(!window().isVisible());
+    // The search has not returned yet.
+    QCOMPARE(found(), QString());
 }
 
-void TestScan::makesTheseCallsOnce()
+void TestScan::destructorWaitsForTheSearchAndThenSavesTheSettings()
 {
-    m_case.emplace(configuration(), "", "resource USB0::1::2::3::INSTR\nresource ASRL1::INSTR\n");
-    m_case->show();
-    m_case->click("actionClose");
-    m_case->destroy();
-    const QStringList expected{
-        QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=RM"),
-        QStringLiteral("viSetAttribute(RM, 0x0E5A0002, 7) -> VI_SUCCESS"),
-        QStringLiteral("viSetAttribute(RM, 0x0E5A0001, 1000) -> VI_SUCCESS"),
-        QStringLiteral("viFindRsrc(RM, \"?*\") -> VI_SUCCESS, list=LIST, count=2, "
-                       "description=\"USB0::1::2::3::INSTR\""),
-        QStringLiteral("viFindNext(LIST) -> VI_SUCCESS, description=\"ASRL1::INSTR\""),
-        QStringLiteral("viClose(LIST) -> VI_SUCCESS"),
-        QStringLiteral("viClose(RM) -> VI_SUCCESS"),
-    };
-    QCOMPARE(calls(), expected);
-    QCOMPARE(foundResources(),
-             (QStringList{QStringLiteral("ASRL1::INSTR"), QStringLiteral("USB0::1::2::3::INSTR")}));
-}
+    start("", "resource GPIB0::1::INSTR\nwait-for-file go\n");
+    click("actionClose");
+    QTRY_COMPARE(bench().calls().size(), std::size_t{3});
 
-void TestScan::windowWorksWhileTheScanRuns()
-{
-    m_case.emplace(configuration(), "A=ASRL1::INSTR\n", s_waiting);
-    m_case->show();
-    QTRY_COMPARE(calls().size(), 3);
-    m_case->editCell(0, 1, "B");
-    m_case->click("actionSave");
-    QCOMPARE(configuration().read(),
-             support::ConfigurationFixture::header() + ":Provider=3674\nB=ASRL1::INSTR\n");
-    m_case->click("actionClose");
-    QVERIFY(!m_case->window().isVisible());
-    // All this time the search has not come back.
-    QCOMPARE(calls().size(), 3);
-}
-
-void TestScan::destructionWaitsForTheScan()
-{
-    m_case.emplace(configuration(), "", s_waiting);
-    m_case->show();
-    m_case->click("actionClose");
-    QTRY_COMPARE(calls().size(), 3);
-
-    const std::filesystem::path go = m_case->bench().pathFor("go");
-    const std::string settingsFile = QSettings().fileName().toStdString();
-    const auto isSaved = [&settingsFile] {
-        return std::filesystem::exists(settingsFile) &&
-               support::readFile(settingsFile).find("[MainWindow]") != std::string::npos;
+    const std::filesystem::path go = bench().pathFor("go");
+    const std::string settings = QSettings().fileName().toStdString();
+    const auto isSaved = [&settings] {
+        return std::filesystem::exists(settings) &&
+               support::readFile(settings).find("[MainWindow]") != std::string::npos;
     };
     std::atomic<bool> isDestroyed{false};
-    std::atomic<bool> endedTheWait{false};
+    std::atomic<bool> waited{false};
     std::atomic<bool> hadSaved{false};
     const guitest::BlockedThread guiThread;
-    std::thread ender([&] {
+    std::thread releaser([&] {
         while (!guiThread.isBlocked() && !isDestroyed) {
             std::this_thread::yield();
         }
         hadSaved = isSaved();
-        endedTheWait = !isDestroyed;
+        waited = !isDestroyed;
         support::writeFile(go, "");
     });
-    m_case->destroy();
+    destroy();
     isDestroyed = true;
-    const bool waited = endedTheWait;
-    ender.join();
+    releaser.join();
     QVERIFY(waited);
-    QCOMPARE(calls().last(), QStringLiteral("viClose(RM) -> VI_SUCCESS"));
-    QCOMPARE(calls().size(), 6);
-    // Size and position are saved once the scan has ended.
     QVERIFY(!hadSaved);
     QVERIFY(isSaved());
-    QCOMPARE(foundResources(), QStringList(QStringLiteral("GPIB0::1::INSTR")));
-}
-
-void TestScan::eachWindowScansAnew()
-{
-    m_case.emplace(configuration(), "", "resource ASRL1::INSTR\n");
-    m_case->show();
-    m_case->destroy();
-    QCOMPARE(foundResources(), QStringList(QStringLiteral("ASRL1::INSTR")));
-    m_case->bench().write("");
-    m_case->show();
-    m_case->destroy();
-    QCOMPARE(foundResources(), QStringList());
+    QCOMPARE(bench().calls().size(), std::size_t{6});
+    QCOMPARE(found(), QStringLiteral("GPIB0::1::INSTR"));
 }
 
 static const guitest::Registration<TestScan> s_registration;

@@ -1,28 +1,24 @@
 // SPDX-License-Identifier: MIT
-// The main window on a system that has no thread to spare for its search.
+// The main window on a system that cannot create a thread for its search.
 #include "gui/ResourceDialog.h"
-#include "tests/gui/main_window/MainWindowCase.h"
-#include "tests/gui/shared/WindowTest.h"
-#include "tests/support/ModalWindows.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
-#include <QListWidget>
 #include <QToolButton>
 
 #include <atomic>
 #include <cerrno>
-#include <optional>
 
 #include <dlfcn.h>
 #include <pthread.h>
 
 namespace {
 
-/// The next thread that anything asks for is not made.
+/// The next call of pthread_create fails.
 std::atomic<bool> s_refusesNext{false};
 
 } // namespace
 
-/// Stands before the system's function of that name.
+/// Replaces the system's function in this program.
 extern "C" [[gnu::visibility("default")]] int pthread_create(pthread_t* thread,
                                                              const pthread_attr_t* attributes,
                                                              void* (*start)(void*),
@@ -36,25 +32,23 @@ extern "C" [[gnu::visibility("default")]] int pthread_create(pthread_t* thread,
     return s_create(thread, attributes, start, argument);
 }
 
-class TestWithoutThread : public guitest::WindowTest
+class TestWithoutThread : public guitest::MainWindowTest
 {
     Q_OBJECT
 
 private slots:
-    void searchesWhenAsked();
+    void windowOpensAndSearchesOnRefresh();
 };
 
-void TestWithoutThread::searchesWhenAsked()
+void TestWithoutThread::windowOpensAndSearchesOnRefresh()
 {
-    std::optional<guitest::MainWindowCase> test(std::in_place, configuration(), "A=ASRL1::INSTR\n",
-                                                "resource GPIB0::1::INSTR\n");
     s_refusesNext = true;
-    test->show();
+    start("A=ASRL1::INSTR\n", "resource GPIB0::1::INSTR\n");
     QVERIFY(!s_refusesNext);
-    QVERIFY(test->bench().calls().empty());
+    QVERIFY(bench().calls().empty());
 
-    test->clickCell(0, 0);
-    const support::ModalAnswer<gui::ResourceDialog> answer([](gui::ResourceDialog& dialog) {
+    clickCell(0, 0);
+    clickAndAnswer<gui::ResourceDialog>("actionFind", [](gui::ResourceDialog& dialog) {
         auto& list = support::child<QListWidget>(dialog, "rsrcList");
         QCOMPARE(list.count(), 0);
         QTest::mouseClick(&support::child<QToolButton>(dialog, "refreshButton"), Qt::LeftButton);
@@ -62,10 +56,7 @@ void TestWithoutThread::searchesWhenAsked()
         list.setCurrentRow(0);
         dialog.accept();
     });
-    test->click("actionFind");
-    QVERIFY(answer.wasShown());
-    QCOMPARE(test->text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
-    test.reset();
+    QCOMPARE(text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
 }
 
 static const guitest::Registration<TestWithoutThread> s_registration;

@@ -1,301 +1,209 @@
 // SPDX-License-Identifier: MIT
-#include "tests/gui/property_dialog/PropertyDialogCase.h"
+// The calls that the dialog makes to list the serial ports, and what it lists.
+#include "tests/gui/property_dialog/PropertyDialogTest.h"
 #include "tests/gui/shared/NamedCalls.h"
-#include "tests/gui/shared/RecordTexts.h"
-#include "tests/gui/shared/WindowTest.h"
 
-using guitest::namedCalls;
-using guitest::PropertyDialogCase;
-
-namespace {
-
-QStringList items(const QComboBox& combo)
-{
-    QStringList texts;
-    for (int index = 0; index < combo.count(); ++index) {
-        texts.append(
-            QStringLiteral("%1 %2").arg(combo.itemText(index)).arg(combo.itemData(index).toUInt()));
-    }
-    return texts;
-}
-
-QStringList opening()
-{
-    return {QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=RM"),
-            QStringLiteral("viSetAttribute(RM, 0x0E5A0002, 0) -> VI_SUCCESS")};
-}
-
-QString found(int count, const char* description)
-{
-    return QStringLiteral(
-               "viFindRsrc(RM, \"ASRL?*\") -> VI_SUCCESS, list=LIST, count=%1, description=\"%2\"")
-        .arg(count)
-        .arg(QString::fromLatin1(description));
-}
-
-QString parsed(int number)
-{
-    return QStringLiteral("viParseRsrc(RM, \"ASRL%1::INSTR\") -> VI_SUCCESS, type=4, number=%1")
-        .arg(number);
-}
-
-QString next(int number)
-{
-    return QStringLiteral("viFindNext(LIST) -> VI_SUCCESS, description=\"ASRL%1::INSTR\"")
-        .arg(number);
-}
-
-QString noNext()
-{
-    return QStringLiteral("viFindNext(LIST) -> VI_ERROR_RSRC_NFOUND");
-}
-
-QString closed(const char* what)
-{
-    return QStringLiteral("viClose(%1) -> VI_SUCCESS").arg(QString::fromLatin1(what));
-}
-
-} // namespace
-
-/// Which calls the dialog makes to list the serial ports, and what it makes of the answers.
-class TestPorts : public guitest::WindowTest
+class TestPorts : public guitest::PropertyDialogTest
 {
     Q_OBJECT
 
 private slots:
-    void asksTheLibrary_data();
-    void asksTheLibrary();
-    void asksOnceADialog();
-    void keepsTheLibrarysOrder();
-    void takesNumbersFromTheLibrary_data();
-    void takesNumbersFromTheLibrary();
-    void countsAPortItCannotParseAsInterfaceZero();
-    void takesTextsAsUtf8_data();
-    void takesTextsAsUtf8();
-    void readsNoFurtherThanTheBuffer();
-    void endsAMillionfoldCount();
-    void listsManyPorts();
-    void disablesTheTabWithoutPorts_data();
-    void disablesTheTabWithoutPorts();
+    void callsAndPortsFollowTheAnswers_data();
+    void callsAndPortsFollowTheAnswers();
+    void okAndDestructionMakeNoCalls();
+    void listsPortsWithTheirNumbers_data();
+    void listsPortsWithTheirNumbers();
+    void descriptionWithoutEndIsCutAtTheBuffer();
+    void twoThousandPortsAreListed();
+    void pageIsDisabledWithoutPorts_data();
+    void pageIsDisabledWithoutPorts();
+
+private:
+    /// The search of a bench with the ports 1 and 3.
+    static const QString s_open;
+    static const QString s_find;
+    static const QString s_parse1;
+    static const QString s_next3;
+    static const QString s_parse3;
+    static const QString s_noNext;
+    static const QString s_end;
 };
 
-void TestPorts::asksTheLibrary_data()
+const QString TestPorts::s_open =
+    QStringLiteral("viOpenDefaultRM() -> VI_SUCCESS, session=RM\n"
+                   "viSetAttribute(RM, 0x0E5A0002, 0) -> VI_SUCCESS\n");
+const QString TestPorts::s_find =
+    QStringLiteral("viFindRsrc(RM, \"ASRL?*\") -> VI_SUCCESS, list=LIST, count=2, "
+                   "description=\"ASRL1::INSTR\"\n");
+const QString TestPorts::s_parse1 =
+    QStringLiteral("viParseRsrc(RM, \"ASRL1::INSTR\") -> VI_SUCCESS, type=4, number=1\n");
+const QString TestPorts::s_next3 =
+    QStringLiteral("viFindNext(LIST) -> VI_SUCCESS, description=\"ASRL3::INSTR\"\n");
+const QString TestPorts::s_parse3 =
+    QStringLiteral("viParseRsrc(RM, \"ASRL3::INSTR\") -> VI_SUCCESS, type=4, number=3\n");
+const QString TestPorts::s_noNext = QStringLiteral("viFindNext(LIST) -> VI_ERROR_RSRC_NFOUND\n");
+const QString TestPorts::s_end =
+    QStringLiteral("viClose(LIST) -> VI_SUCCESS\nviClose(RM) -> VI_SUCCESS");
+
+void TestPorts::callsAndPortsFollowTheAnswers_data()
 {
-    QTest::addColumn<QByteArray>("trouble");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QStringList>("ports");
+    QTest::addColumn<QByteArray>("setting");
+    QTest::addColumn<QString>("calls");
+    QTest::addColumn<QString>("ports");
+    const auto row = [](const char* name, const char* setting, const QString& calls,
+                        const char* ports) {
+        QTest::newRow(name) << QByteArray(setting) << calls << QString::fromLatin1(ports);
+    };
+    const auto answering = [](QString call, const char* status) {
+        return call.replace(QLatin1String("VI_SUCCESS"), QLatin1String(status));
+    };
+    const auto counting = [](const char* count) {
+        return QString(s_find).replace(QLatin1String("count=2"), QLatin1String(count));
+    };
+    const QString walk = s_parse1 + s_next3 + s_parse3 + s_noNext;
+    const char* both = "ASRL1::INSTR=1 ASRL3::INSTR=3";
+    const char* first = "ASRL1::INSTR=1";
 
-    const QStringList both{QStringLiteral("ASRL1::INSTR 1"), QStringLiteral("ASRL3::INSTR 3")};
-    const QStringList first{QStringLiteral("ASRL1::INSTR 1")};
-    const QStringList none;
-    const QString two = found(2, "ASRL1::INSTR");
-    const QStringList walk{parsed(1), next(3), parsed(3), noNext()};
-    const QStringList end{closed("LIST"), closed("RM")};
-
-    QTest::newRow("nothing wrong")
-        << QByteArray() << opening() + QStringList(two) + walk + end << both;
-    QTest::newRow("no session")
-        << QByteArray("status viOpenDefaultRM VI_ERROR_SYSTEM_ERROR")
-        << QStringList{QStringLiteral("viOpenDefaultRM() -> VI_ERROR_SYSTEM_ERROR"),
-                       QStringLiteral("viSetAttribute(0, 0x0E5A0002, 0) -> VI_ERROR_INV_OBJECT"),
-                       QStringLiteral("viFindRsrc(0, \"ASRL?*\") -> VI_ERROR_INV_OBJECT"),
-                       QStringLiteral("viClose(0) -> VI_WARN_NULL_OBJECT")}
-        << none;
-    QTest::newRow("attribute refused")
-        << QByteArray("status viSetAttribute VI_ERROR_NSUP_ATTR")
-        << QStringList{opening().first(),
-                       QStringLiteral("viSetAttribute(RM, 0x0E5A0002, 0) -> VI_ERROR_NSUP_ATTR"),
-                       two} +
-               walk + end
-        << both;
-    QTest::newRow("search fails")
-        << QByteArray("status viFindRsrc VI_ERROR_SYSTEM_ERROR")
-        << opening() +
-               QStringList{QStringLiteral("viFindRsrc(RM, \"ASRL?*\") -> VI_ERROR_SYSTEM_ERROR"),
-                           closed("RM")}
-        << none;
-    QTest::newRow("search warns") << QByteArray("status viFindRsrc 0x3FFF0085")
-                                  << opening() +
-                                         QStringList(QString(two).replace(
-                                             QLatin1String("VI_SUCCESS"),
-                                             QLatin1String("VI_WARN_UNKNOWN_STATUS"))) +
-                                         walk + end
-                                  << both;
-    QTest::newRow("count of none")
-        << QByteArray("count 0") << opening() + QStringList(found(0, "ASRL1::INSTR")) + end << none;
-    QTest::newRow("count of one, of two ports")
-        << QByteArray("count 1")
-        << opening() + QStringList{found(1, "ASRL1::INSTR"), parsed(1), next(3)} + end << first;
-    QTest::newRow("count of five, of two ports")
-        << QByteArray("count 5") << opening() + QStringList(found(5, "ASRL1::INSTR")) + walk + end
-        << both;
-    QTest::newRow("next fails")
-        << QByteArray("status viFindNext VI_ERROR_IO at=1")
-        << opening() +
-               QStringList{two, parsed(1), QStringLiteral("viFindNext(LIST) -> VI_ERROR_IO")} + end
-        << first;
-    QTest::newRow("next warns") << QByteArray("status viFindNext 0x3FFF0085 at=1")
-                                << opening() +
-                                       QStringList{two, parsed(1),
-                                                   next(3).replace(
-                                                       QLatin1String("VI_SUCCESS"),
-                                                       QLatin1String("VI_WARN_UNKNOWN_STATUS"))} +
-                                       end
-                                << first;
-    QTest::newRow("first parse fails")
-        << QByteArray("status viParseRsrc VI_ERROR_IO at=1")
-        << opening() +
-               QStringList{two,
-                           QStringLiteral("viParseRsrc(RM, \"ASRL1::INSTR\") -> VI_ERROR_IO")} +
-               walk.mid(1) + end
-        << QStringList{QStringLiteral("ASRL1::INSTR 0"), both.last()};
-    QTest::newRow("list does not close")
-        << QByteArray("status viClose VI_ERROR_CLOSING_FAILED at=1")
-        << opening() + QStringList(two) + walk +
-               QStringList{QStringLiteral("viClose(LIST) -> VI_ERROR_CLOSING_FAILED"), closed("RM")}
-        << both;
+    row("success", "", s_open + s_find + walk + s_end, both);
+    row("no session", "status viOpenDefaultRM VI_ERROR_SYSTEM_ERROR",
+        QStringLiteral("viOpenDefaultRM() -> VI_ERROR_SYSTEM_ERROR\n"
+                       "viSetAttribute(0, 0x0E5A0002, 0) -> VI_ERROR_INV_OBJECT\n"
+                       "viFindRsrc(0, \"ASRL?*\") -> VI_ERROR_INV_OBJECT\n"
+                       "viClose(0) -> VI_WARN_NULL_OBJECT"),
+        "");
+    row("attribute refused", "status viSetAttribute VI_ERROR_NSUP_ATTR",
+        s_open.section(QLatin1Char('\n'), 0, 0) +
+            QStringLiteral("\nviSetAttribute(RM, 0x0E5A0002, 0) -> VI_ERROR_NSUP_ATTR\n") + s_find +
+            walk + s_end,
+        both);
+    row("search fails", "status viFindRsrc VI_ERROR_SYSTEM_ERROR",
+        s_open + QStringLiteral("viFindRsrc(RM, \"ASRL?*\") -> VI_ERROR_SYSTEM_ERROR\n"
+                                "viClose(RM) -> VI_SUCCESS"),
+        "");
+    row("search warns", "status viFindRsrc 0x3FFF0085",
+        s_open + answering(s_find, "VI_WARN_UNKNOWN_STATUS") + walk + s_end, both);
+    row("count 0", "count 0", s_open + counting("count=0") + s_end, "");
+    row("count 1 of 2", "count 1", s_open + counting("count=1") + s_parse1 + s_next3 + s_end,
+        first);
+    row("count 4294967295 of 2", "count 0xFFFFFFFF",
+        s_open + counting("count=4294967295") + walk + s_end, both);
+    row("next fails", "status viFindNext VI_ERROR_IO at=1",
+        s_open + s_find + s_parse1 + QStringLiteral("viFindNext(LIST) -> VI_ERROR_IO\n") + s_end,
+        first);
+    row("next warns", "status viFindNext 0x3FFF0085 at=1",
+        s_open + s_find + s_parse1 + answering(s_next3, "VI_WARN_UNKNOWN_STATUS") + s_end, first);
+    row("first parse fails", "status viParseRsrc VI_ERROR_IO at=1",
+        s_open + s_find + QStringLiteral("viParseRsrc(RM, \"ASRL1::INSTR\") -> VI_ERROR_IO\n") +
+            s_next3 + s_parse3 + s_noNext + s_end,
+        "ASRL1::INSTR=0 ASRL3::INSTR=3");
+    // Not the number of the port before.
+    row("second parse fails", "status viParseRsrc VI_ERROR_IO at=2",
+        s_open + s_find + s_parse1 + s_next3 +
+            QStringLiteral("viParseRsrc(RM, \"ASRL3::INSTR\") -> VI_ERROR_IO\n") + s_noNext + s_end,
+        "ASRL1::INSTR=1 ASRL3::INSTR=0");
+    row("closing fails", "status viClose VI_ERROR_CLOSING_FAILED at=1",
+        s_open + s_find + walk +
+            QStringLiteral("viClose(LIST) -> VI_ERROR_CLOSING_FAILED\nviClose(RM) -> VI_SUCCESS"),
+        both);
 }
 
-void TestPorts::asksTheLibrary()
+void TestPorts::callsAndPortsFollowTheAnswers()
 {
-    QFETCH(const QByteArray, trouble);
-    QFETCH(const QStringList, calls);
-    QFETCH(const QStringList, ports);
-    PropertyDialogCase test("resource ASRL1::INSTR\nresource ASRL3::INSTR\n" +
-                            trouble.toStdString() + "\n");
-    test.construct();
-    QCOMPARE(namedCalls(test.bench()), calls);
-    QCOMPARE(items(test.combo("comboBoxSerialInterface")), ports);
-    QCOMPARE(test.widget<QWidget>("tabAsrlProperties").isEnabled(), !ports.isEmpty());
-    QCOMPARE(test.combo("comboBoxSerialInterface").currentIndex(), ports.isEmpty() ? -1 : 0);
+    QFETCH(const QByteArray, setting);
+    QFETCH(const QString, ports);
+    construct(s_twoPorts + setting.toStdString() + "\n");
+    QTEST(guitest::namedCalls(bench()).join(QLatin1Char('\n')), "calls");
+    QCOMPARE(listedPorts(), ports);
+    QCOMPARE(widget<QWidget>("tabAsrlProperties").isEnabled(), !ports.isEmpty());
+    QCOMPARE(combo("comboBoxSerialInterface").currentIndex(), ports.isEmpty() ? -1 : 0);
 }
 
-void TestPorts::asksOnceADialog()
+void TestPorts::okAndDestructionMakeNoCalls()
 {
-    PropertyDialogCase test("resource ASRL1::INSTR\n");
-    test.open();
-    test.bench().clearCalls();
-    test.clickOk();
-    test.destroy();
-    QCOMPARE(namedCalls(test.bench()), QStringList());
+    open(s_onePort);
+    bench().clearCalls();
+    clickOk();
+    destroy();
+    QVERIFY(bench().calls().empty());
 }
 
-void TestPorts::keepsTheLibrarysOrder()
+void TestPorts::listsPortsWithTheirNumbers_data()
 {
-    PropertyDialogCase test(
-        "resource ASRL12::INSTR\nresource ASRL3::INSTR\nresource GPIB0::1::INSTR\n"
-        "resource ASRL1::INSTR\nresource ASRL3::INSTR\n");
-    test.construct();
-    QCOMPARE(items(test.combo("comboBoxSerialInterface")).join(QLatin1Char('|')),
-             QStringLiteral("ASRL12::INSTR 12|ASRL3::INSTR 3|ASRL1::INSTR 1|ASRL3::INSTR 3"));
-}
-
-void TestPorts::takesNumbersFromTheLibrary_data()
-{
-    QTest::addColumn<unsigned>("number");
-    for (const unsigned number : {0U, 1U, 255U, 256U, 32768U, 65535U}) {
-        QTest::addRow("%u", number) << number;
+    QTest::addColumn<QByteArray>("bench");
+    QTest::addColumn<QString>("ports");
+    QTest::newRow("order of the library, duplicates kept")
+        << QByteArray("resource ASRL12\nresource ASRL3\nresource GPIB0::1::INSTR\n"
+                      "resource ASRL1\nresource ASRL3\n")
+        << "ASRL12=12 ASRL3=3 ASRL1=1 ASRL3=3";
+    for (const int number : {0, 1, 255, 256, 32768, 65535}) {
+        const QByteArray text = QByteArray::number(number);
+        QTest::addRow("interface number %d", number)
+            << "resource ASRL/dev/ttyUSB0 interface=ASRL," + text + '\n'
+            << QLatin1String("ASRL/dev/ttyUSB0=") + QString::fromLatin1(text);
     }
+    QTest::newRow("UTF-8") << QByteArray("resource \"ASRL\\xC3\\xBC\" interface=ASRL,4\n")
+                           << QStringLiteral("ASRL\u00FC=4");
+    QTest::newRow("not UTF-8") << QByteArray("resource \"ASRL\\xFC!\" interface=ASRL,4\n")
+                               << QStringLiteral("ASRL\uFFFD!=4");
+    QTest::newRow("control character and markup")
+        << QByteArray("resource \"ASRL\\x01<b>x</b>&\" interface=ASRL,4\n")
+        << QStringLiteral("ASRL\u0001<b>x</b>&=4");
 }
 
-void TestPorts::takesNumbersFromTheLibrary()
+void TestPorts::listsPortsWithTheirNumbers()
 {
-    QFETCH(const unsigned, number);
-    PropertyDialogCase test("resource ASRL/dev/ttyUSB0::INSTR interface=ASRL," +
-                            std::to_string(number) + "\n");
-    test.construct().accept();
-    QCOMPARE(items(test.combo("comboBoxSerialInterface")).join(QLatin1Char('|')),
-             QStringLiteral("ASRL/dev/ttyUSB0::INSTR %1").arg(number));
-    QCOMPARE(guitest::text(test.model().getSerialProperties()),
-             QStringLiteral("%1=9600,8,0,0,0").arg(number));
+    QFETCH(const QByteArray, bench);
+    QFETCH(const QString, ports);
+    construct(bench.toStdString());
+    QCOMPARE(listedPorts(), ports);
+    dialog().accept();
+    const auto& stored = model().getSerialProperties();
+    QCOMPARE(stored.size(), std::size_t{1});
+    QCOMPARE(QString::number(stored.begin()->first),
+             ports.section(QLatin1Char('='), 1).section(QLatin1Char(' '), 0, 0));
 }
 
-void TestPorts::countsAPortItCannotParseAsInterfaceZero()
+void TestPorts::descriptionWithoutEndIsCutAtTheBuffer()
 {
-    PropertyDialogCase test("resource ASRL7::INSTR\nresource ASRL8::INSTR\n"
-                            "status viParseRsrc VI_ERROR_INV_RSRC_NAME at=2\n");
-    test.construct();
-    QCOMPARE(items(test.combo("comboBoxSerialInterface")).join(QLatin1Char('|')),
-             QStringLiteral("ASRL7::INSTR 7|ASRL8::INSTR 0"));
+    construct("resource ASRL2::INSTR no-end\nresource ASRL5::INSTR\n");
+    const QString cut = QStringLiteral("ASRL2::INSTR").leftJustified(256, QLatin1Char('x'));
+    QVERIFY(guitest::namedCalls(bench()).value(3).startsWith(
+        QStringLiteral("viParseRsrc(RM, \"%1\") -> ").arg(cut)));
+    QCOMPARE(combo("comboBoxSerialInterface").itemText(0), cut);
+    QCOMPARE(combo("comboBoxSerialInterface").itemText(1), QStringLiteral("ASRL5::INSTR"));
 }
 
-void TestPorts::takesTextsAsUtf8_data()
+void TestPorts::twoThousandPortsAreListed()
 {
-    QTest::addColumn<QByteArray>("description");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("two bytes") << QByteArray(R"(ASRL\xC3\xBC)") << QStringLiteral("ASRL\u00FC");
-    QTest::newRow("no UTF-8") << QByteArray(R"(ASRL\xFC!)") << QStringLiteral("ASRL\uFFFD!");
-    QTest::newRow("control characters and markup")
-        << QByteArray(R"(ASRL\x01<b>x</b>&)") << QStringLiteral("ASRL\u0001<b>x</b>&");
+    construct("resource ASRL{n}::INSTR repeat=2000\n");
+    const QComboBox& list = combo("comboBoxSerialInterface");
+    QCOMPARE(list.count(), 2000);
+    QCOMPARE(list.itemText(1999), QStringLiteral("ASRL2000::INSTR"));
+    QCOMPARE(list.itemData(1999).toUInt(), 2000U);
 }
 
-void TestPorts::takesTextsAsUtf8()
-{
-    QFETCH(const QByteArray, description);
-    QFETCH(const QString, text);
-    PropertyDialogCase test("resource \"" + description.toStdString() + "\" interface=ASRL,4\n");
-    test.construct();
-    QCOMPARE(items(test.combo("comboBoxSerialInterface")).join(QLatin1Char('|')),
-             text + QStringLiteral(" 4"));
-}
-
-void TestPorts::readsNoFurtherThanTheBuffer()
-{
-    PropertyDialogCase test("resource ASRL2::INSTR no-end\nresource ASRL5::INSTR\n");
-    test.construct();
-    const QString filled = QStringLiteral("ASRL2::INSTR").leftJustified(256, QLatin1Char('x'));
-    const QStringList calls = namedCalls(test.bench());
-    QVERIFY(calls.size() > 3);
-    QCOMPARE(calls.at(3).section(QLatin1String(" -> "), 0, 0),
-             QStringLiteral("viParseRsrc(RM, \"%1\")").arg(filled));
-    QCOMPARE(test.combo("comboBoxSerialInterface").itemText(0), filled);
-    // A shorter text behind it starts afresh.
-    QCOMPARE(test.combo("comboBoxSerialInterface").itemText(1), QStringLiteral("ASRL5::INSTR"));
-}
-
-void TestPorts::endsAMillionfoldCount()
-{
-    PropertyDialogCase test("resource ASRL1::INSTR\ncount 0xFFFFFFFF\n");
-    test.construct();
-    QCOMPARE(namedCalls(test.bench()).size(), 7);
-    QCOMPARE(test.combo("comboBoxSerialInterface").count(), 1);
-}
-
-void TestPorts::listsManyPorts()
-{
-    PropertyDialogCase test("resource ASRL{n}::INSTR repeat=2000\n");
-    test.construct();
-    const QComboBox& ports = test.combo("comboBoxSerialInterface");
-    QCOMPARE(ports.count(), 2000);
-    QCOMPARE(ports.itemText(1999), QStringLiteral("ASRL2000::INSTR"));
-    QCOMPARE(ports.itemData(1999).toUInt(), 2000U);
-}
-
-void TestPorts::disablesTheTabWithoutPorts_data()
+void TestPorts::pageIsDisabledWithoutPorts_data()
 {
     QTest::addColumn<QByteArray>("bench");
     QTest::addColumn<bool>("isEnabled");
-    QTest::newRow("nothing there") << QByteArray() << false;
-    QTest::newRow("no serial port") << QByteArray("resource GPIB0::1::INSTR") << false;
-    QTest::newRow("a serial port") << QByteArray("resource ASRL1::INSTR") << true;
+    QTest::newRow("no instruments") << QByteArray() << false;
+    QTest::newRow("no serial port") << QByteArray("resource GPIB0::1::INSTR\n") << false;
+    QTest::newRow("serial port") << QByteArray(s_onePort) << true;
 }
 
-void TestPorts::disablesTheTabWithoutPorts()
+void TestPorts::pageIsDisabledWithoutPorts()
 {
     QFETCH(const QByteArray, bench);
     QFETCH(const bool, isEnabled);
-    PropertyDialogCase test(bench.toStdString() + "\n");
-    test.open();
-    QCOMPARE(test.widget<QWidget>("tabAsrlProperties").isEnabled(), isEnabled);
-    for (const char* name : {"comboBoxSerialInterface", "comboBoxQvBaudrate", "btnDefaultQv"}) {
-        QCOMPARE(test.widget<QWidget>(name).isEnabled(), isEnabled);
+    open(bench.toStdString());
+    for (const char* name :
+         {"tabAsrlProperties", "comboBoxSerialInterface", "comboBoxQvBaudrate", "btnDefaultQv"}) {
+        QCOMPARE(widget<QWidget>(name).isEnabled(), isEnabled);
     }
-    QVERIFY(test.widget<QWidget>("providerEdit").isEnabled());
-    QVERIFY(test.widget<QWidget>("buttonBox").isEnabled());
-    test.clickOk();
-    QCOMPARE(test.dialog().result(), int(QDialog::Accepted));
+    QVERIFY(widget<QWidget>("providerEdit").isEnabled());
+    clickOk();
+    QCOMPARE(dialog().result(), int(QDialog::Accepted));
 }
 
 static const guitest::Registration<TestPorts> s_registration;
-
 #include "TestPorts.moc"

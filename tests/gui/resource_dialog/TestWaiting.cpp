@@ -1,238 +1,243 @@
 // SPDX-License-Identifier: MIT
-// The find dialog, and its cache, while a scan runs on another thread.
-#include "tests/gui/resource_dialog/HeldScan.h"
-#include "tests/gui/resource_dialog/ResourceDialogCase.h"
+// The find dialog and its cache while a search runs on another thread.
+#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/gui/shared/BlockedThread.h"
-#include "tests/gui/shared/WindowTest.h"
-#include "tests/support/BenchFixture.h"
+#include "tests/support/Files.h"
 
 #include <atomic>
+#include <functional>
 #include <future>
 #include <optional>
 #include <thread>
 
-using guitest::HeldScan;
-using guitest::ResourceDialogCase;
-
 namespace {
 
-/// Looks at a dialog at the moment when it takes the wait cursor, and then lets the scan go as
-/// soon as the dialog's thread stands still.
+/// A search on a thread of its own, as the main window starts one; it returns after release().
+class HeldSearch
+{
+public:
+    explicit HeldSearch(support::BenchFixture& bench, std::string_view lines)
+        : m_go(bench.pathFor("go").string())
+    {
+        bench.write(std::string(lines) + "wait-for-file go\n");
+        bench.clearCalls();
+        m_thread = std::thread([] { gui::ResourceDialog::updateResourceList(); });
+        // The calls before the search for resources.
+        m_isHeld = QTest::qWaitFor([&bench] { return bench.calls().size() == 3; }, 60000);
+    }
+    ~HeldSearch()
+    {
+        release();
+        m_thread.join();
+    }
+    HeldSearch(const HeldSearch&) = delete;
+    HeldSearch& operator=(const HeldSearch&) = delete;
+
+    bool isHeld() const { return m_isHeld; }
+    /// Any thread.
+    void release() const { support::writeFile(m_go, ""); }
+
+private:
+    std::string m_go;
+    std::thread m_thread;
+    bool m_isHeld = false;
+};
+
+/// Checks a dialog when it sets the wait cursor, and releases the search as soon as the dialog's
+/// thread is blocked.
 class WaitingDialog : public QObject
 {
 public:
-    WaitingDialog(ResourceDialogCase& find, const HeldScan& scan) : m_find(find), m_scan(scan)
+    WaitingDialog(const QDialog& dialog, std::function<bool()> isEnabled, const HeldSearch& search)
+        : m_dialog(dialog),
+          m_isEnabled(std::move(isEnabled)),
+          m_search(search)
     {
-        find.dialog().installEventFilter(this);
+        const_cast<QDialog&>(dialog).installEventFilter(this);
     }
-    ~WaitingDialog() override { goOn(); }
+    ~WaitingDialog() override { end(); }
     WaitingDialog(const WaitingDialog&) = delete;
     WaitingDialog& operator=(const WaitingDialog&) = delete;
 
-    /// The dialog's thread is back.
-    void goOn()
+    /// To be called when the dialog's thread is no longer blocked.
+    void end()
     {
-        m_isBack = true;
+        m_isOver = true;
         if (m_releaser.joinable()) {
             m_releaser.join();
         }
     }
 
-    /// What the user met while the dialog waited.
-    bool tookWaitCursor() const { return m_tookWaitCursor; }
-    bool hadItsButtons() const { return m_hadItsButtons; }
-    /// The wait cursor was the dialog's, on the screen, or else every window's.
-    bool wasSeenWaiting() const { return m_wasSeenWaiting; }
-
-    /// The dialog's thread stood still before the scan was let go. After goOn().
-    bool waited() const { return m_waited; }
+    /// The results, after end(). The wait cursor was on the screen: the dialog's own if it is
+    /// shown, otherwise that of all windows.
+    bool showedWaitCursor() const { return m_showedWaitCursor; }
+    bool wasEnabled() const { return m_wasEnabled; }
+    bool wasBlocked() const { return m_wasBlocked; }
 
     bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::CursorChange && !m_tookWaitCursor &&
-            m_find.dialog().cursor().shape() == Qt::WaitCursor) {
-            m_tookWaitCursor = true;
-            m_wasSeenWaiting = m_find.dialog().isActiveWindow() ||
-                               (QGuiApplication::overrideCursor() != nullptr &&
-                                QGuiApplication::overrideCursor()->shape() == Qt::WaitCursor);
-            m_hadItsButtons = m_find.box().isEnabled() || m_find.refresh().isEnabled();
-            m_releaser = std::thread([this] { releaseWhenBlocked(); });
+        if (event->type() == QEvent::CursorChange && !m_releaser.joinable() &&
+            m_dialog.cursor().shape() == Qt::WaitCursor) {
+            const QCursor* override = QGuiApplication::overrideCursor();
+            m_showedWaitCursor = m_dialog.isActiveWindow() ||
+                                 (override != nullptr && override->shape() == Qt::WaitCursor);
+            m_wasEnabled = m_isEnabled();
+            m_releaser = std::thread([this] {
+                while (!m_isOver && !m_dialogThread.isBlocked()) {
+                    std::this_thread::yield();
+                }
+                m_wasBlocked = !m_isOver;
+                m_search.release();
+            });
         }
         return false;
     }
 
 private:
-    void releaseWhenBlocked()
-    {
-        while (!m_isBack && !m_dialogsThread.isBlocked()) {
-            std::this_thread::yield();
-        }
-        m_waited = !m_isBack;
-        m_scan.release();
-    }
-
-    ResourceDialogCase& m_find;
-    const HeldScan& m_scan;
-    guitest::BlockedThread m_dialogsThread;
+    const QDialog& m_dialog;
+    std::function<bool()> m_isEnabled;
+    const HeldSearch& m_search;
+    guitest::BlockedThread m_dialogThread;
     std::thread m_releaser;
-    std::atomic<bool> m_isBack{false};
-    bool m_tookWaitCursor = false;
-    bool m_hadItsButtons = false;
-    bool m_wasSeenWaiting = false;
-    bool m_waited = false;
+    std::atomic<bool> m_isOver{false};
+    std::atomic<bool> m_wasBlocked{false};
+    bool m_showedWaitCursor = false;
+    bool m_wasEnabled = false;
 };
 
 } // namespace
 
-class TestWaiting : public guitest::WindowTest
+class TestWaiting : public guitest::ResourceDialogTest
 {
     Q_OBJECT
 
 private slots:
     void constructionDoesNotWait();
-    void showWaitsForTheScan();
-    void showAfterTheScanDoesNotWait();
-    void listIsCompleteWhenTheScanEndsBetweenConstructionAndShow();
-    void refreshWaitsForTheScanAndAsksAgain();
-    void secondScanWaitsForTheFirst();
-    void cacheIsReadWhileScansReplaceIt();
+    void showAndRefreshWaitForTheSearch_data();
+    void showAndRefreshWaitForTheSearch();
+    void showAfterTheSearchDoesNotWait();
+    void listIsCompleteWhenTheSearchEndsBetweenConstructionAndShow();
+    void secondSearchWaitsForTheFirst();
+    void copiesOfTheCacheAreComplete();
 
 private:
-    void setUp() override;
+    void setUp() override { scan("resource before\n"); }
 };
 
-void TestWaiting::setUp()
-{
-    const support::BenchFixture bench("resource before\n");
-    gui::ResourceDialog::updateResourceList();
-}
-
-/// A dialog that is made while a scan runs has what the cache has: nothing. Were it to wait, this
-/// case would never end.
+/// The case does not end if the constructor waits.
 void TestWaiting::constructionDoesNotWait()
 {
-    support::BenchFixture bench;
-    QCOMPARE(ResourceDialogCase().listed(), QStringLiteral("before"));
-    const HeldScan scan(bench, "resource b\nresource a\n");
-    QVERIFY(scan.hasBegun());
-    QCOMPARE(ResourceDialogCase().list().count(), 0);
+    QCOMPARE(cached(), QStringLiteral("before"));
+    const HeldSearch search(bench(), "resource b\n");
+    QVERIFY(search.isHeld());
+    QCOMPARE(cached(), QString());
 }
 
-void TestWaiting::showWaitsForTheScan()
+void TestWaiting::showAndRefreshWaitForTheSearch_data()
 {
-    support::BenchFixture bench;
-    const HeldScan scan(bench, "resource b\nresource a\nresource c\n");
-    QVERIFY(scan.hasBegun());
-    ResourceDialogCase find;
-    WaitingDialog waiting(find, scan);
-    find.show();
-    waiting.goOn();
-    QVERIFY(waiting.tookWaitCursor());
-    QVERIFY(waiting.wasSeenWaiting());
-    QVERIFY(!waiting.hadItsButtons());
-    QVERIFY(waiting.waited());
-    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
-    QCOMPARE(find.listed(), QStringLiteral("a b c"));
-    QCOMPARE(find.dialog().cursor().shape(), Qt::ArrowCursor);
-    QVERIFY(find.box().isEnabled() && find.refresh().isEnabled());
-    // It waited for the scan that ran, and made none of its own.
-    QCOMPARE(bench.calls().size(), std::size_t{8});
+    QTest::addColumn<bool>("isRefresh");
+    QTest::addColumn<std::size_t>("calls");
+    QTest::newRow("show, without a search of its own") << false << std::size_t{8};
+    QTest::newRow("refresh, then searches itself") << true << std::size_t{16};
 }
 
-void TestWaiting::showAfterTheScanDoesNotWait()
+void TestWaiting::showAndRefreshWaitForTheSearch()
 {
-    support::BenchFixture bench;
-    ResourceDialogCase made;
-    {
-        const HeldScan scan(bench, "resource b\n");
-        QVERIFY(scan.hasBegun());
+    QFETCH(const bool, isRefresh);
+    construct();
+    if (isRefresh) {
+        show();
     }
-    // Made before the scan, shown behind it: it lists what there was when it was made.
-    made.show();
-    QCOMPARE(made.listed(), QStringLiteral("before"));
-    ResourceDialogCase next;
-    next.show();
-    QCOMPARE(next.listed(), QStringLiteral("b"));
-}
-
-void TestWaiting::listIsCompleteWhenTheScanEndsBetweenConstructionAndShow()
-{
-    support::BenchFixture bench;
-    std::optional<HeldScan> scan(std::in_place, bench, "resource b\nresource a\n");
-    QVERIFY(scan->hasBegun());
-    ResourceDialogCase find;
-    scan.reset();
-    QCOMPARE(find.list().count(), 0);
-    find.show();
-    QCOMPARE(find.listed(), QStringLiteral("a b"));
-}
-
-void TestWaiting::refreshWaitsForTheScanAndAsksAgain()
-{
-    support::BenchFixture bench;
-    ResourceDialogCase find;
-    find.show();
-    const HeldScan scan(bench, "resource b\nresource a\n");
-    QVERIFY(scan.hasBegun());
-    WaitingDialog waiting(find, scan);
-    find.clickRefresh();
-    waiting.goOn();
-    QVERIFY(waiting.tookWaitCursor());
-    QVERIFY(waiting.wasSeenWaiting());
-    QVERIFY(!waiting.hadItsButtons());
-    QVERIFY(waiting.waited());
+    const HeldSearch search(bench(), "resource b\nresource a\nresource c\n");
+    QVERIFY(search.isHeld());
+    WaitingDialog waiting(
+        dialog(), [this] { return box().isEnabled() || refresh().isEnabled(); }, search);
+    if (isRefresh) {
+        clickRefresh();
+    } else {
+        show();
+    }
+    waiting.end();
+    QVERIFY(waiting.showedWaitCursor());
+    QVERIFY(!waiting.wasEnabled());
+    QVERIFY(waiting.wasBlocked());
     QVERIFY(QGuiApplication::overrideCursor() == nullptr);
-    QCOMPARE(find.listed(), QStringLiteral("a b"));
-    // Two scans, one behind the other.
-    QCOMPARE(bench.calls().size(), std::size_t{14});
+    QCOMPARE(dialog().cursor().shape(), Qt::ArrowCursor);
+    QVERIFY(box().isEnabled() && refresh().isEnabled());
+    QCOMPARE(listed(), QStringLiteral("a b c"));
+    QTEST(bench().calls().size(), "calls");
 }
 
-void TestWaiting::secondScanWaitsForTheFirst()
+void TestWaiting::showAfterTheSearchDoesNotWait()
 {
-    support::BenchFixture bench;
-    std::optional<HeldScan> first(std::in_place, bench, "resource b\n");
-    QVERIFY(first->hasBegun());
+    construct();
+    std::optional<HeldSearch> search(std::in_place, bench(), "resource b\n");
+    QVERIFY(search->isHeld());
+    search.reset();
+    // Constructed before the search, the dialog keeps its copy.
+    show();
+    QCOMPARE(listed(), QStringLiteral("before"));
+    open();
+    QCOMPARE(listed(), QStringLiteral("b"));
+}
+
+void TestWaiting::listIsCompleteWhenTheSearchEndsBetweenConstructionAndShow()
+{
+    std::optional<HeldSearch> search(std::in_place, bench(), "resource b\nresource a\n");
+    QVERIFY(search->isHeld());
+    construct();
+    search.reset();
+    QCOMPARE(list().count(), 0);
+    show();
+    QCOMPARE(listed(), QStringLiteral("a b"));
+}
+
+void TestWaiting::secondSearchWaitsForTheFirst()
+{
+    std::optional<HeldSearch> first(std::in_place, bench(), "resource b\n");
+    QVERIFY(first->isHeld());
     std::promise<guitest::BlockedThread> started;
     std::thread second([&started] {
         started.set_value(guitest::BlockedThread());
         gui::ResourceDialog::updateResourceList();
     });
-    const guitest::BlockedThread secondScan = started.get_future().get();
-    while (!secondScan.isBlocked()) {
+    const guitest::BlockedThread secondThread = started.get_future().get();
+    while (!secondThread.isBlocked()) {
         std::this_thread::yield();
     }
     first.reset();
     second.join();
-    const std::vector<std::string> calls = bench.calls();
+    const std::vector<std::string> calls = bench().calls();
     QCOMPARE(calls.size(), std::size_t{12});
-    for (std::size_t half : {std::size_t{0}, std::size_t{6}}) {
+    for (const std::size_t half : {std::size_t{0}, std::size_t{6}}) {
         QVERIFY(calls[half].rfind("viOpenDefaultRM", 0) == 0);
         QVERIFY(calls[half + 3].rfind("viFindRsrc", 0) == 0);
         QVERIFY(calls[half + 5].rfind("viClose", 0) == 0);
     }
-    QCOMPARE(ResourceDialogCase().listed(), QStringLiteral("b"));
+    QCOMPARE(cached(), QStringLiteral("b"));
 }
 
-/// Whatever a dialog copies is whole: nothing, or one scan's result.
-void TestWaiting::cacheIsReadWhileScansReplaceIt()
+/// Empty, or the result of one search.
+void TestWaiting::copiesOfTheCacheAreComplete()
 {
-    const support::BenchFixture bench("resource c\nresource a\nresource b\n");
-    gui::ResourceDialog::updateResourceList();
+    scan("resource c\nresource a\nresource b\n");
     std::atomic<bool> isOver{false};
-    std::thread scans([&isOver] {
+    std::thread searches([&isOver] {
         for (int i = 0; i < 100; ++i) {
             gui::ResourceDialog::updateResourceList();
         }
         isOver = true;
     });
-    bool isWhole = true;
+    QStringList others;
     while (!isOver) {
-        const QString copied = ResourceDialogCase().listed();
-        isWhole = isWhole && (copied.isEmpty() || copied == QLatin1String("a b c"));
+        const QString copy = cached();
+        if (!copy.isEmpty() && copy != QLatin1String("a b c")) {
+            others.append(copy);
+        }
     }
-    scans.join();
-    QVERIFY(isWhole);
-    QCOMPARE(ResourceDialogCase().listed(), QStringLiteral("a b c"));
+    searches.join();
+    QCOMPARE(others, QStringList());
+    QCOMPARE(cached(), QStringLiteral("a b c"));
 }
 
 static const guitest::Registration<TestWaiting> s_registration;

@@ -1,41 +1,30 @@
 // SPDX-License-Identifier: MIT
 // The find dialog on a machine without a VISA library.
-#include "tests/gui/resource_dialog/ResourceDialogCase.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 
-using guitest::ResourceDialogCase;
-
-class TestWithoutLibrary : public guitest::WindowTest
+class TestWithoutLibrary : public guitest::ResourceDialogTest
 {
     Q_OBJECT
 
 public:
-    TestWithoutLibrary() : WindowTest(Visa::None) {}
+    TestWithoutLibrary() : ResourceDialogTest(Visa::None) {}
 
 private slots:
-    void listsNothing();
-    void refreshListsNothing();
+    void searchAndRefreshListNothing();
 };
 
-void TestWithoutLibrary::listsNothing()
+void TestWithoutLibrary::searchAndRefreshListNothing()
 {
     gui::ResourceDialog::updateResourceList();
-    ResourceDialogCase find;
-    find.show();
-    QCOMPARE(find.list().count(), 0);
-    find.click(QDialogButtonBox::Ok);
-    QCOMPARE(find.dialog().result(), int{QDialog::Accepted});
-    QCOMPARE(find.dialog().getResource(), QString());
-}
-
-void TestWithoutLibrary::refreshListsNothing()
-{
-    ResourceDialogCase find;
-    find.show();
-    find.list().addItem(QStringLiteral("of the test"));
-    find.clickRefresh();
-    QCOMPARE(find.list().count(), 0);
-    QVERIFY(find.refresh().isEnabled() && find.box().isEnabled());
+    open();
+    QCOMPARE(list().count(), 0);
+    list().addItem(QStringLiteral("of the test"));
+    clickRefresh();
+    QCOMPARE(list().count(), 0);
+    QVERIFY(refresh().isEnabled() && box().isEnabled());
+    guitest::clickButton(dialog(), QDialogButtonBox::Ok);
+    QCOMPARE(dialog().result(), int{QDialog::Accepted});
+    QCOMPARE(dialog().getResource(), QString());
 }
 
 static const guitest::Registration<TestWithoutLibrary> s_registration;

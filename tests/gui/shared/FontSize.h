@@ -6,22 +6,26 @@
 
 namespace guitest {
 
-/// All windows have letters of that height, in pixels, for as long as the object lives.
+/// Sets the font height of all windows, in pixels, while the object exists.
 class FontSize
 {
 public:
-    explicit FontSize(int pixels) : m_common(QApplication::font())
+    /// What desktops use.
+    static constexpr int usual = 13;
+    static constexpr int large = 20;
+
+    explicit FontSize(int pixels) : m_former(QApplication::font())
     {
-        QFont font = m_common;
+        QFont font = m_former;
         font.setPixelSize(pixels);
         QApplication::setFont(font);
     }
-    ~FontSize() { QApplication::setFont(m_common); }
+    ~FontSize() { QApplication::setFont(m_former); }
     FontSize(const FontSize&) = delete;
     FontSize& operator=(const FontSize&) = delete;
 
 private:
-    QFont m_common;
+    QFont m_former;
 };
 
 } // namespace guitest
