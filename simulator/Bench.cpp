@@ -22,11 +22,10 @@ const T* lastFor(const std::vector<Bench::Rule<T>>& rules, Call call, std::uint3
     return found != rules.rend() ? &found->value : nullptr;
 }
 
-/// Every number from 1 to most that the text contains, in decimal or as four hexadecimal digits
-/// (the normal form of USB identifiers), as part of a longer number too.
-std::vector<std::uint32_t> numbersIn(std::string_view text, std::uint32_t most)
+/// Adds every number from 1 to most that the text contains, in decimal or as four hexadecimal
+/// digits (the normal form of USB identifiers), as part of a longer number too.
+void addNumbers(std::string_view text, std::uint32_t most, std::vector<std::uint32_t>& numbers)
 {
-    std::vector<std::uint32_t> numbers;
     const auto add = [&](const std::string& digits) {
         if (const auto number = visa::parseNumber(digits, most); number && *number != 0) {
             numbers.push_back(static_cast<std::uint32_t>(*number));
@@ -41,9 +40,6 @@ std::vector<std::uint32_t> numbersIn(std::string_view text, std::uint32_t most)
         }
         add("0x" + std::string(text.substr(begin, 4)));
     }
-    std::sort(numbers.begin(), numbers.end());
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
-    return numbers;
 }
 
 } // namespace
@@ -69,8 +65,13 @@ bool BenchResource::isNamed(std::string_view text) const
     if (visa::resourceKey(numbered(1)) == key) {
         return true;
     }
-    // The running number is in the text; finding it there spares trying all of them.
-    const std::vector<std::uint32_t> candidates = numbersIn(key, size());
+    // The running number is in the text, or in its normal form; finding it there spares trying all
+    // of them.
+    std::vector<std::uint32_t> candidates;
+    addNumbers(text, size(), candidates);
+    addNumbers(key, size(), candidates);
+    std::sort(candidates.begin(), candidates.end());
+    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     return std::any_of(candidates.begin(), candidates.end(), [&](std::uint32_t number) {
         return visa::resourceKey(numbered(number)) == key;
     });

@@ -3,6 +3,8 @@
 
 #include "visa/LibraryLoading.h"
 
+#include <string_view>
+
 #include <dlfcn.h>
 
 namespace visa {
@@ -48,9 +50,9 @@ const std::vector<std::string>& VisaLibrary::candidates()
             "libvisa.so",
 #endif
         };
-        const std::string finder = QVVISA_FINDER_LIBRARY;
+        constexpr std::string_view finder(QVVISA_FINDER_LIBRARY);
         if (!finder.empty()) {
-            list.push_back(finder);
+            list.emplace_back(finder);
         }
         return list;
     }();

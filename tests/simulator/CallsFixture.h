@@ -25,7 +25,7 @@ protected:
         std::string text() const { return characters.data(); }
         bool isUntouched() const { return characters == Buffer().characters; }
 
-        // One more than a description takes, to catch what is written behind it.
+        // One more than a description takes, to catch what is written after it.
         std::array<char, VI_FIND_BUFLEN + 1> characters;
     };
 

@@ -2,7 +2,7 @@
 # A client that nobody here wrote, PyVISA, uses the library by its path. Where PyVISA is missing
 # the test fails and says what to install.
 
-# Debian's PyVISA belongs to Debian's Python, whatever other Python stands earlier in PATH.
+# Debian's PyVISA belongs to Debian's Python, whatever other Python comes first in PATH.
 if(NOT APPLE)
     set(pyvisa_hints HINTS /usr/bin)
 endif()
@@ -35,8 +35,8 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=(address|thread)")
     set(pyvisa_environment "LD_PRELOAD=${runtime_path};ASAN_OPTIONS=detect_leaks=0")
 endif()
 
-add_test(NAME test_simulator_pyvisa
+add_test(NAME simulator.pyvisa
     COMMAND ${QVVISA_PYVISA_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/pyvisa_client.py
         $<TARGET_FILE:qvvisa_simulator>)
-set_tests_properties(test_simulator_pyvisa PROPERTIES TIMEOUT 120
+set_tests_properties(simulator.pyvisa PROPERTIES TIMEOUT 120
     ENVIRONMENT "${pyvisa_environment}")

@@ -51,7 +51,7 @@ TEST(BenchFile, ReadsResourcesInOrderWithDuplicates)
     const Bench bench = benchOf("# a comment\n"
                                 "\n"
                                 "resource GPIB0::20::INSTR\n"
-                                "  \t resource\tASRL1::INSTR   # behind it\n"
+                                "  \t resource\tASRL1::INSTR   # after it\n"
                                 "resource GPIB0::20::INSTR#not-a-comment\r\n"
                                 "resource GPIB0::20::INSTR");
     EXPECT_EQ(descriptions(bench), (Texts{"GPIB0::20::INSTR", "ASRL1::INSTR",
@@ -111,6 +111,7 @@ TEST(BenchFile, FindsByMeaning)
                                 "resource same repeat=2 idn=same\n"
                                 "resource gpib::1::{n} repeat=30 idn=bus\n"
                                 "resource host9{n}.{n} repeat=30 idn=host\n"
+                                "resource USB0::{n}::1::S repeat=300 idn=usb\n"
                                 "resource single{n} repeat=1 idn=single\n");
     const auto identification = [&](const char* name) {
         const BenchResource* const resource = bench.find(name);
@@ -125,6 +126,8 @@ TEST(BenchFile, FindsByMeaning)
     EXPECT_EQ(identification("GPIB0::1::12::INSTR"), "bus");
     EXPECT_EQ(identification("host912.12"), "host");
     EXPECT_EQ(identification("host912.13"), "none");
+    EXPECT_EQ(identification("USB::0x1a::0x1::s::instr"), "usb");
+    EXPECT_EQ(identification("USB::0x1ff::1::S"), "none");
     EXPECT_EQ(identification("single1"), "single");
     EXPECT_EQ(identification("single2"), "none");
     EXPECT_EQ(identification("host9"), "none");
@@ -134,6 +137,20 @@ TEST(BenchFile, FindsByMeaning)
     EXPECT_EQ(identification("ASRL{n}::INSTR"), "none");
     EXPECT_EQ(identification("ASR"), "none");
     EXPECT_EQ(identification(""), "none");
+}
+
+TEST(BenchFile, EachRepeatedResourceIsFoundAgain)
+{
+    for (const char* const description : {"ASRL{n}0::INSTR", "ASRL1{n}::INSTR", "ASRL{n}{n}::INSTR",
+                                          "USB0::{n}::0x{n}::S{n}::INSTR", "TCPIP::[fe80::{n}]",
+                                          "TCPIP::[::{n}:{n}]", "GPIB0::5::{n}", "meter {n}0{n}"}) {
+        const Bench bench =
+            benchOf(std::string("resource \"") + description + "\" repeat=300 idn=found\n");
+        for (std::uint32_t number = 1; number <= 300; ++number) {
+            const std::string text = bench.resources()[0].numbered(number);
+            EXPECT_NE(bench.find(text), nullptr) << text;
+        }
+    }
 }
 
 TEST(BenchFile, ReadsStatuses)

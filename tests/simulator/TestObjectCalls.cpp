@@ -127,6 +127,40 @@ TEST_F(ObjectCalls, AttributesKeepWhatFits)
     EXPECT_EQ(kept, 0U);
 }
 
+TEST_F(ObjectCalls, ImpossibleValuesAreRefused)
+{
+    bench.write("resource ASRL1::INSTR\n");
+    const ViSession port = openInstrument(openManager(), "ASRL1");
+    struct Case
+    {
+        ViAttr attribute;
+        std::vector<ViAttrState> accepted;
+        std::vector<ViAttrState> refused;
+    };
+    for (const Case& test :
+         std::vector<Case>{{VI_ATTR_ASRL_BAUD, {1, 115200, 0xFFFFFFFF}, {0, 0x100000000}},
+                           {VI_ATTR_ASRL_DATA_BITS, {5, 8}, {0, 4, 9, 99, 0x10008}},
+                           {VI_ATTR_ASRL_PARITY, {0, 4}, {5, 9}},
+                           {VI_ATTR_ASRL_STOP_BITS, {10, 15, 20}, {0, 1, 11, 25}},
+                           {VI_ATTR_ASRL_FLOW_CNTRL, {0, 7}, {8}},
+                           {VI_ATTR_ASRL_END_IN, {0, 3}, {4}},
+                           {VI_ATTR_TERMCHAR, {0, 255}, {256}},
+                           {VI_ATTR_TERMCHAR_EN, {0, 1}, {2}},
+                           {VI_ATTR_IO_PROT, {1, 5}, {0, 6}},
+                           {VI_ATTR_MAX_QUEUE_LENGTH, {1, 0xFFFFFFFF}, {0}},
+                           {VI_ATTR_TMO_VALUE, {0, 0xFFFFFFFF}, {0x100000000}}}) {
+        for (const ViAttrState value : test.accepted) {
+            EXPECT_EQ(statusName(visa.setAttribute(port, test.attribute, value)), "VI_SUCCESS")
+                << std::hex << test.attribute << ' ' << value;
+        }
+        for (const ViAttrState value : test.refused) {
+            EXPECT_EQ(statusName(visa.setAttribute(port, test.attribute, value)),
+                      "VI_ERROR_NSUP_ATTR_STATE")
+                << std::hex << test.attribute << ' ' << value;
+        }
+    }
+}
+
 TEST_F(ObjectCalls, AttributesOfWhatHasNone)
 {
     bench.write("resource GPIB0::5::INSTR\n");

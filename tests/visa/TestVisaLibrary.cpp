@@ -146,7 +146,7 @@ TEST(VisaLibrary, TakesTheFirstOfSeveralThatQualify)
     std::filesystem::copy_file(completeLibrary(), first);
     std::filesystem::copy_file(completeLibrary(), second);
     expectFound(VisaLibrary({libraryLacking("viClose"), first, second}), first);
-    // What stands behind is not even looked at.
+    // Later candidates are not tried.
     EXPECT_TRUE(isLoaded(first));
     EXPECT_FALSE(isLoaded(second));
     expectFound(VisaLibrary({second, first}), second);
