@@ -19,6 +19,14 @@ void ConfigurationFixture::write(std::string_view lines)
     setModificationTime(path(), ++m_time);
 }
 
+void ConfigurationFixture::replace(std::string_view lines)
+{
+    const std::filesystem::path next = path().string() + ".next";
+    writeFile(next, header().append(lines));
+    setModificationTime(next, ++m_time);
+    std::filesystem::rename(next, path());
+}
+
 std::string ConfigurationFixture::read() const
 {
     return readFile(path());

@@ -21,6 +21,9 @@ public:
     /// never had before, so the store's next change check reads it.
     void write(std::string_view lines);
 
+    /// The same by a rename, so that a reader in another thread sees one of the two files.
+    void replace(std::string_view lines);
+
     /// The file's bytes.
     std::string read() const;
 

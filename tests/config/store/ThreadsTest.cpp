@@ -131,13 +131,13 @@ TEST_F(StoreThreads, AReaderWithTheMutexSeesOneFileWhileOthersReload)
     store();
     std::atomic<bool> isDone{false};
     std::thread reloader([&] {
-        while (!isDone) {
-            ConfigurationFile::getInstance()->setProvider(1);
+        for (int round = 1; !isDone; ++round) {
+            m_configuration.replace(linesOf(round));
+            ConfigurationFile::getInstance();
         }
     });
     int consistent = 0;
-    for (int round = 1; round <= 200; ++round) {
-        m_configuration.write(linesOf(round));
+    for (int round = 0; round < 200; ++round) {
         const std::lock_guard<std::recursive_mutex> lock(ConfigurationFile::getMutex());
         consistent += areEntriesConsistent(store()) ? 1 : 0;
     }
