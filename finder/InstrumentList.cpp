@@ -65,8 +65,11 @@ std::vector<std::string> InstrumentList::resourceStrings(Ipv4Address address,
     const std::string prefix = "TCPIP0::" + toText(address) + "::";
     std::vector<std::string> strings;
     for (const std::uint16_t port : instrument.hislipPorts) {
-        const std::string suffix = port == s_hislipPort ? "" : "," + std::to_string(port);
-        strings.push_back(prefix + "hislip0" + suffix + "::INSTR");
+        std::string text = prefix + "hislip0";
+        if (port != s_hislipPort) {
+            text.append(",").append(std::to_string(port));
+        }
+        strings.push_back(text + "::INSTR");
     }
     if (instrument.vxi11Port ? *instrument.vxi11Port != 0 : instrument.announcesVxi11) {
         strings.push_back(prefix + "inst0::INSTR");

@@ -34,6 +34,7 @@ constexpr std::size_t s_mostHosts = 1024;
 constexpr std::size_t s_mostSources = 4096;
 constexpr int s_mostPacketsOfSource = 512;
 constexpr int s_mostReadsOfTurn = 16;
+constexpr std::size_t s_mostReportedSources = 16; ///< A flood must not fill the log.
 
 const std::array<DnsName, serviceNames.size()>& services()
 {
@@ -179,7 +180,9 @@ void NetworkSearch::askNamedHosts()
     constexpr int mostQuestions = 2;
     const auto call = encodeGetPort(m_transaction);
     const std::string_view bytes(reinterpret_cast<const char*>(call.data()), call.size());
-    for (auto& [address, host] : m_hosts) {
+    for (auto& entry : m_hosts) {
+        const Ipv4Address address = entry.first;
+        Host& host = entry.second;
         if (!host.isNamed || host.port || host.asked == mostQuestions ||
             (host.asked > 0 && host.roundAsked == m_round)) {
             continue;
@@ -305,7 +308,8 @@ void NetworkSearch::takeMdns(const Packet& packet)
     }
     const Ipv4Address sender = packet.sender.address;
     if (!isOnLink(sender)) {
-        if (m_unreachableSources.insert(sender).second) {
+        if (m_unreachableSources.size() < s_mostReportedSources &&
+            m_unreachableSources.insert(sender).second) {
             m_log.line("answer from " + toText(sender) +
                        ", which is in no subnet of this machine: found but not reachable");
         }

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Makes one search with a VISA library, as any client does.
+//   finder_client LIBRARY EXPRESSION [SEARCH_TIME_MS [SEARCH_KINDS]]
+// Prints the resources ("- TEXT"), the status of viFindRsrc and the time of the search.
+
+#include "visa/VisaApi.h"
+
+#include <dlfcn.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+constexpr ViAttr searchTime = 0x0E5A0001;
+constexpr ViAttr searchKinds = 0x0E5A0002;
+
+template <typename Call>
+Call* function(void* library, const char* name, Call* /*declaration*/)
+{
+    return reinterpret_cast<Call*>(::dlsym(library, name));
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    void* const library = argc >= 3 ? ::dlopen(argv[1], RTLD_NOW) : nullptr;
+    if (library == nullptr) {
+        std::fprintf(stderr, "finder_client: %s\n", argc >= 3 ? ::dlerror() : "usage");
+        return 2;
+    }
+    const auto open = function(library, "viOpenDefaultRM", viOpenDefaultRM);
+    const auto setAttribute = function(library, "viSetAttribute", viSetAttribute);
+    const auto find = function(library, "viFindRsrc", viFindRsrc);
+    const auto findNext = function(library, "viFindNext", viFindNext);
+    const auto close = function(library, "viClose", viClose);
+    ViSession manager = VI_NULL;
+    open(&manager);
+    if (argc > 3) {
+        setAttribute(manager, searchTime, std::strtoul(argv[3], nullptr, 10));
+    }
+    if (argc > 4) {
+        setAttribute(manager, searchKinds, std::strtoul(argv[4], nullptr, 10));
+    }
+    ViFindList list = VI_NULL;
+    ViUInt32 count = 0;
+    std::array<ViChar, VI_FIND_BUFLEN> description{};
+    const auto begin = std::chrono::steady_clock::now();
+    const ViStatus status = find(manager, argv[2], &list, &count, description.data());
+    const auto end = std::chrono::steady_clock::now();
+    for (ViUInt32 i = 0; status >= 0 && i < count; ++i) {
+        std::printf("- %s\n", description.data());
+        findNext(list, description.data());
+    }
+    close(manager);
+    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(end - begin);
+    std::printf("status %08X\nmilliseconds %lld\n", static_cast<unsigned>(status),
+                static_cast<long long>(time.count()));
+    return 0;
+}
