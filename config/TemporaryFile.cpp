@@ -66,6 +66,14 @@ bool lock(int descriptor)
     return uninterrupted([=] { return ::flock(descriptor, LOCK_EX | LOCK_NB); }) == 0;
 }
 
+/// Locks a new file. True when another process took it for a leftover before that.
+bool isBeingRemoved(int descriptor)
+{
+    struct stat status = {};
+    return (!lock(descriptor) && errno == EWOULDBLOCK) ||
+           (::fstat(descriptor, &status) == 0 && status.st_nlink == 0);
+}
+
 void removeLeftover(int folder, const char* name, uid_t owner)
 {
     const FileDescriptor file(::openat(
@@ -109,12 +117,7 @@ bool TemporaryFile::createNamed(mode_t mode)
             return ::openat(m_folder.get(), name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC,
                             mode);
         }));
-        struct stat status = {};
-        if (m_file.isOpen() && !lock(m_file.get()) && errno == EWOULDBLOCK) {
-            // Another process takes it for a leftover, and removes it.
-            m_file.close();
-            errno = EEXIST;
-        } else if (m_file.isOpen() && ::fstat(m_file.get(), &status) == 0 && status.st_nlink == 0) {
+        if (m_file.isOpen() && isBeingRemoved(m_file.get())) {
             m_file.close();
             errno = EEXIST;
         }

@@ -117,7 +117,7 @@ RULES = [
     (r"\S+ --help", run),
     (r"LD_DEBUG=libs QvVisaConfigure .*", prints_libraries),
     (r"([A-Z_]+=\S+ )*(build/release/)?(QvVisaConfigure|qvvisaconfigure)", opens_the_window),
-    (r"(\./|tools/)(check|run|bench|fuzz|icons|install|lint|mutate|screenshots|try-package).*", exists),
+    (r"(\./|tools/)(check|run|bench|compare-saves|fuzz|icons|install|lint|mutate|screenshots|try-package).*", exists),
     (r"ctest .*", selects_tests),
     (r"(cmake|ninja|cpack) .*", names_a_preset),
     (r"clang-format -i FILES", lambda command: None),
