@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "command/Output.h"
+
+#include "command/Encoding.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <ostream>
+
+namespace QvVisa {
+
+namespace {
+
+bool isEnvironmentForColors()
+{
+    // Nothing in the program changes the environment.
+    const char* noColor = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
+    const char* terminal = std::getenv("TERM");    // NOLINT(concurrency-mt-unsafe)
+    return (noColor == nullptr || *noColor == '\0') && terminal != nullptr &&
+           std::string_view(terminal) != "dumb";
+}
+
+} // namespace
+
+std::string_view severityWord(Severity severity)
+{
+    switch (severity) {
+    case Severity::Error:
+        return "error";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Note:
+        return "note";
+    }
+    return {};
+}
+
+void Output::data(std::string_view bytes)
+{
+    m_streams.out << bytes;
+}
+
+void Output::json(const nlohmann::ordered_json& object)
+{
+    m_streams.out << object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
+                  << '\n';
+}
+
+void Output::progress(std::string_view line)
+{
+    if (!m_isQuiet && !m_isJson) {
+        (m_isDataText ? m_streams.err : m_streams.out) << line << '\n';
+    }
+}
+
+void Output::diff(std::string_view text)
+{
+    if (!m_isJson) {
+        (m_isDataText ? m_streams.err : m_streams.out) << text;
+    }
+}
+
+void Output::message(Severity severity, std::string_view text)
+{
+    if (!m_isQuiet || severity == Severity::Error) {
+        m_streams.err << "qvvisa: " << coloredWord(severity, m_streams.isErrTerminal) << ": "
+                      << printable(text) << '\n';
+    }
+}
+
+void Output::error(const CommandError& error)
+{
+    if (m_isJson) {
+        nlohmann::ordered_json object;
+        object["schema"] = "qvvisa-error/1";
+        object["exit"] = static_cast<int>(error.code());
+        object["message"] = pathToUtf8(error.what());
+        json(object);
+    } else {
+        message(Severity::Error, error.what());
+    }
+}
+
+std::string Output::dataWord(Severity severity) const
+{
+    return coloredWord(severity, m_streams.isOutTerminal);
+}
+
+std::string Output::coloredWord(Severity severity, bool isTerminal) const
+{
+    const std::string word(severityWord(severity));
+    const bool isColored =
+        m_colorMode == ColorMode::Always ||
+        (m_colorMode == ColorMode::Auto && isTerminal && isEnvironmentForColors());
+    if (!isColored || m_isJson) {
+        return word;
+    }
+    constexpr std::string_view red = "\x1B[1;31m";
+    constexpr std::string_view magenta = "\x1B[1;35m";
+    constexpr std::string_view cyan = "\x1B[1;36m";
+    const std::string_view color = severity == Severity::Error     ? red
+                                   : severity == Severity::Warning ? magenta
+                                                                   : cyan;
+    return std::string(color).append(word).append("\x1B[0m");
+}
+
+} // namespace QvVisa

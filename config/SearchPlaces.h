@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace QvVisa {
+
+/// What of a process decides where the configuration file is searched for.
+struct SearchEnvironment
+{
+    std::optional<std::string> configurationFile; ///< QVVISACONFFILE
+    std::optional<std::string> workingFolder;
+    std::optional<std::string> home; ///< HOME
+};
+
+/// This process's environment and working folder.
+SearchEnvironment searchEnvironment();
+
+/// What the search makes of a place.
+enum class PlaceVerdict
+{
+    Unset,      ///< The variable is not set, or there is no working folder.
+    Missing,    ///< No such file.
+    NotRegular, ///< A folder, device, pipe or socket.
+    Denied,     ///< A folder on the way may not be searched; taken for missing.
+    Used,
+    Shadowed, ///< Would be used if an earlier place were not.
+};
+
+/// A place of the search order.
+struct SearchPlace
+{
+    std::string place; ///< "QVVISACONFFILE", "working folder", "HOME" or "system-wide".
+    std::string path;  ///< Empty when the place is unset.
+    PlaceVerdict verdict = PlaceVerdict::Unset;
+};
+
+/// All places in the order of the search. A relative QVVISACONFFILE is looked up from the working
+/// folder.
+std::vector<SearchPlace> searchPlaces(const SearchEnvironment& environment);
+
+} // namespace QvVisa
