@@ -4,6 +4,8 @@
 #include "config/ConfigurationValue.h"
 #include "config/UpperCase.h"
 
+#include <algorithm>
+
 namespace QvVisa {
 
 Entries::Entries(const Document& document)
@@ -28,6 +30,20 @@ Entries::Entries(const Document& document)
             }
         }
     }
+}
+
+bool haveSameMeaning(const Entries& left, const Entries& right)
+{
+    return left.aliases.size() == right.aliases.size() && left.gpib == right.gpib &&
+           left.serial == right.serial && left.provider == right.provider &&
+           std::equal(left.resources.begin(), left.resources.end(), right.resources.begin(),
+                      right.resources.end(),
+                      [](const auto& a, const auto& b) { return a.resource == b.resource; }) &&
+           std::all_of(left.aliases.begin(), left.aliases.end(), [&right](const auto& alias) {
+               const auto found = right.aliases.find(alias.first);
+               return found != right.aliases.end() &&
+                      found->second.resource == alias.second.resource;
+           });
 }
 
 } // namespace QvVisa

@@ -47,4 +47,7 @@ public:
     std::optional<std::size_t> providerLine;
 };
 
+/// Whether a reader gets the same from both, the order of the resources included.
+bool haveSameMeaning(const Entries& left, const Entries& right);
+
 } // namespace QvVisa

@@ -4,6 +4,7 @@
 #include "config/ConfigurationValue.h"
 #include "config/ModernConfigurationFile.h"
 #include "config/UpperCase.h"
+#include "document/Entries.h"
 #include "document/EntryOutcomes.h"
 #include "document/PropertyKeys.h"
 
@@ -294,7 +295,13 @@ void EntryWriter::writeAliases()
 
 EditResult setEntries(const Document& document, const WantedEntries& wanted, OtherEntries others)
 {
-    return EntryWriter(document, wanted, others).write();
+    EditResult result = EntryWriter(document, wanted, others).write();
+    // Removing a line that only states a default may change nothing.
+    if (others == OtherEntries::Remove && result.isChanged() &&
+        haveSameMeaning(Entries(document), Entries(Document(result.edited.text)))) {
+        result = EntryWriter(document, wanted, OtherEntries::Keep).write();
+    }
+    return result;
 }
 
 } // namespace QvVisa
