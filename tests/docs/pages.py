@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""What the project's pages hold: commands, links, headings and paths."""
+"""Finds the commands, links, headings and paths in the project's pages."""
 
 import pathlib
 import re
@@ -40,13 +40,16 @@ def blocks(text):
 
 
 def commands(text):
-    """The commands in a page's blocks, without comments; one that goes on with \\ is one line. And
-    those in its sentences that are more than a name."""
+    """The commands in a page's blocks, without comments; one that goes on with \\ is one line. In a
+    block with prompts ($) only those lines are commands. And those in its sentences that are more
+    than a name."""
     found = [code for code in re.findall(r"`([^`\n]+)`", prose(text))
              if code.startswith(PROGRAMS) and " " in code]
     for language, lines in blocks(text):
         if language in TEXTS:
             continue
+        if any(line.startswith("$ ") for line in lines):
+            lines = [line[2:] for line in lines if line.startswith("$ ")]
         whole = "\n".join(lines).replace("\\\n", " ")
         for line in whole.splitlines():
             command = re.sub(r"\s+", " ", re.sub(r"(^|\s)#.*", "", line)).strip()
@@ -62,12 +65,12 @@ def prose(text):
 
 
 def links(text):
-    """Where the page's links and pictures lead."""
+    """The targets of the page's links and pictures."""
     return re.findall(r"\]\(([^)\s]+)\)", prose(text))
 
 
 def anchors(text):
-    """What a link can name behind # in this page."""
+    """The names of the page's headings, as after # in a link."""
     headings = re.findall(r"^#+ (.*)$", prose(text), flags=re.MULTILINE)
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-") for heading in headings}
 

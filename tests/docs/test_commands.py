@@ -54,8 +54,18 @@ def run(command, folder=SOURCES, results=(0,)):
 
 
 def runs_in_home(command):
-    """For the command line: 1 says that it found something, 2 and more that it was used wrongly."""
-    run(command, HOME, (0, 1))
+    run(command, HOME)
+
+
+def runs_qvvisa(command):
+    """1 says that it found something, 2 and more that it was used wrongly."""
+    if (BUILD / "qvvisa").exists():
+        run(command, HOME, (0, 1))
+
+
+def runs_in_an_empty_home(command):
+    if (BUILD / "qvvisa").exists():
+        run(f"mkdir empty && HOME=$PWD/empty {command}", HOME)
 
 
 def opens_the_window(command, prints=""):
@@ -117,7 +127,7 @@ RULES = [
     (r"\S+ --help", run),
     (r"LD_DEBUG=libs QvVisaConfigure .*", prints_libraries),
     (r"([A-Z_]+=\S+ )*(build/release/)?(QvVisaConfigure|qvvisaconfigure)", opens_the_window),
-    (r"(\./|tools/)(check|run|bench|compare-saves|fuzz|icons|install|lint|mutate|screenshots|try-package).*", exists),
+    (r"(\./check|\./run|tools/[\w-]+).*", exists),
     (r"ctest .*", selects_tests),
     (r"(cmake|ninja|cpack) .*", names_a_preset),
     (r"clang-format -i FILES", lambda command: None),
@@ -127,7 +137,8 @@ RULES = [
     (r"(QVVISA_\w+=\S+ )+tests/endtoend/\w+\.py", run),
     (r"build/release/fuzz/\w+ FILE", run),
     (r"(mkdir|echo|printf|cp|ls|cat) .*", runs_in_home),
-    (r"([A-Z_]+=\S+ )*(build/release/)?qvvisa .*", runs_in_home),
+    (r"qvvisa init", runs_in_an_empty_home),
+    (r"([A-Z_]+=\S+ )*(build/release/)?qvvisa .*", runs_qvvisa),
 ]
 
 
@@ -144,7 +155,9 @@ commands = [(page, command) for page in pages.all_pages(SOURCES)
             for command in dict.fromkeys(pages.commands((SOURCES / page).read_text()))]
 with tempfile.TemporaryDirectory() as scratch:
     HOME = pathlib.Path(scratch)
-    shutil.copy(SOURCES / "tools/demo/visa.conf", HOME)
+    (HOME / ".quorvane").mkdir()
+    for name in "visa.conf", "bench.conf", ".quorvane/visa.conf":
+        shutil.copy(SOURCES / "tools/demo/visa.conf", HOME / name)
     for page_, command_ in commands:
         try:
             check(command_)
