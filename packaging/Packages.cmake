@@ -51,7 +51,8 @@ endif()
 
 if(TARGET qvvisa_finder)
     list(APPEND CPACK_COMPONENTS_ALL finder)
-    string(PREPEND CPACK_DEBIAN_PROGRAM_PACKAGE_SUGGESTS "qvvisa-finder, ")
+    set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS qvvisa-finder)
+    set(CPACK_DEBIAN_COMMAND_PACKAGE_RECOMMENDS qvvisa-finder)
     set(CPACK_DEBIAN_FINDER_PACKAGE_NAME qvvisa-finder)
     set(CPACK_DEBIAN_FINDER_PACKAGE_ENHANCES "qvvisaconfigure, qvvisa")
     set(CPACK_DEBIAN_FINDER_DESCRIPTION "VISA library that lists instruments
