@@ -121,6 +121,9 @@ ExitCode runCommandLine(const std::vector<std::string>& arguments, const Streams
     addDeviceCommands(line);
     addProviderCommand(line);
     addApplyCommand(line);
+    addLintCommand(line);
+    addDiffCommand(line);
+    addMergeCommand(line);
     const ExitCode code = line.run(arguments);
     streams.out.flush();
     if (!streams.out) {

@@ -15,5 +15,8 @@ void addResourceCommands(CommandLine& line);
 void addDeviceCommands(CommandLine& line);
 void addProviderCommand(CommandLine& line);
 void addApplyCommand(CommandLine& line);
+void addLintCommand(CommandLine& line);
+void addDiffCommand(CommandLine& line);
+void addMergeCommand(CommandLine& line);
 
 } // namespace QvVisa
