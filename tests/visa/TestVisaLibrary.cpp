@@ -83,7 +83,11 @@ TEST(VisaLibrary, LooksInThesePlacesInThisOrder)
 #else
     const std::vector<std::string> expected{"libqvvisa.so", "libvisa.so.0", "libvisa.so"};
 #endif
-    EXPECT_EQ(VisaLibrary::candidates(), expected);
+    // The last one is the finder, wherever this build expects it.
+    std::vector<std::string> candidates = VisaLibrary::candidates();
+    EXPECT_NE(candidates.back().find("/qvvisa-finder/libqvvisa"), std::string::npos);
+    candidates.pop_back();
+    EXPECT_EQ(candidates, expected);
 }
 
 TEST(VisaLibrary, TakesALibraryWithAllSixCalls)
