@@ -35,6 +35,13 @@ bool isLowerCaseLetter(char c)
     return c >= 'a' && c <= 'z';
 }
 
+std::string upperCase(std::string_view text)
+{
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), toUpper);
+    return upper;
+}
+
 bool isPunctuation(char c)
 {
     return c == ':' || c == ',';
@@ -86,7 +93,7 @@ void judgeName(std::string_view name, LineFindings& findings)
     }
     if (const std::size_t letter = find(name, isLowerCaseLetter); letter != none) {
         findings.add(FindingCode::LowerCaseAlias, letter,
-                     "The reader turns the name " + quoted(name) + " into upper case.");
+                     "Names are read in upper case: clients see " + quoted(upperCase(name)) + ".");
     }
 }
 

@@ -112,9 +112,8 @@ void judgeHeader(std::string_view line, LineFindings& findings)
     }
     if (begin == end || isEntry(rest)) {
         findings.add(FindingCode::EntryInHeader, begin,
-                     "The reader ignores " + quoted(rest) +
-                         ": it is on the line of the version "
-                         "header.");
+                     quoted(rest) + " is ignored: it is on the line of the version "
+                                    "header.");
     } else {
         findings.add(FindingCode::TextInHeader, begin,
                      "The text after the version header is ignored, and a save in the window "

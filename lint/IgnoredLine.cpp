@@ -36,7 +36,7 @@ void judgeBrokenAlias(std::string_view line, std::size_t offset, LineFindings& f
 {
     if (lacksColon(line)) {
         findings.add(FindingCode::MissingColon, offset,
-                     "The reader ignores this setting: there is no ':' before it.");
+                     "This setting is ignored: there is no ':' before it.");
         return;
     }
     const std::size_t equals = line.find('=');
@@ -48,14 +48,14 @@ void judgeBrokenAlias(std::string_view line, std::size_t offset, LineFindings& f
     const std::size_t value = skipSpaces(line, equals + 1);
     if (name.empty()) {
         findings.add(FindingCode::NoName, offset,
-                     "The reader ignores this line: there is no name before the '='.");
+                     "This line is ignored: there is no name before the '='.");
     } else if (space < name.size()) {
         findings.add(FindingCode::WhiteSpaceInName, offset + space,
-                     "The reader ignores this line: an alias cannot hold white space as " +
-                         quoted(name) + " does.");
+                     "This line is ignored: an alias cannot hold white space as " + quoted(name) +
+                         " does.");
     } else if (value == line.size()) {
         findings.add(FindingCode::NoResource, offset + equals + 1,
-                     "The reader ignores this line: " + quoted(name) +
+                     "This line is ignored: " + quoted(name) +
                          " has no resource string after the '='.");
     } else {
         std::size_t end = value;
@@ -64,7 +64,7 @@ void judgeBrokenAlias(std::string_view line, std::size_t offset, LineFindings& f
         }
         const std::size_t extra = skipSpaces(line, end);
         findings.add(FindingCode::TextAfterAlias, offset + extra,
-                     "The reader ignores this line: " + quoted(trimmedRight(line.substr(extra))) +
+                     "This line is ignored: " + quoted(trimmedRight(line.substr(extra))) +
                          " follows the resource string of " + quoted(name) + ".");
     }
 }
@@ -102,7 +102,7 @@ void judgeIndented(std::string_view line, LineFindings& findings)
         return;
     }
     findings.add(FindingCode::IndentedEntry, 0,
-                 "The reader ignores this line: it begins with white space.");
+                 "This line is ignored: it begins with white space.");
     if (QvVisa::matchConfigurationLine(text).kind != QvVisa::LineKind::None) {
         return;
     }

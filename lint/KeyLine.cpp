@@ -218,7 +218,7 @@ void KeyLine::judge(LineFindings& findings, std::size_t offset) const
     }
     if (whiteSpace) {
         findings.add(FindingCode::WhiteSpaceInKey, offset + *whiteSpace,
-                     "The reader ignores this setting: white space inside the key.");
+                     "This setting is ignored: there is white space inside the key.");
     }
     if (isProvider()) {
         judgeProvider(findings, offset);
@@ -226,7 +226,7 @@ void KeyLine::judge(LineFindings& findings, std::size_t offset) const
         judgeProperty(findings, offset);
     } else {
         findings.add(FindingCode::UnknownKey, offset + word.offset,
-                     "The reader ignores this line: there is no key " + quoted(word.text) +
+                     "This line is ignored: there is no key " + quoted(word.text) +
                          suggestion(word.text, std::array{s_provider, s_serial, s_gpib}) + ".");
     }
 }
@@ -235,7 +235,7 @@ void KeyLine::judgeProvider(LineFindings& findings, std::size_t offset) const
 {
     if (!hasEquals) {
         findings.add(FindingCode::NoEqualsSign, offset + word.end(),
-                     "The reader ignores this setting: there is no '=' after the key.");
+                     "This setting is ignored: there is no '=' after the key.");
         return;
     }
     judgeValue(findings, offset);
@@ -247,8 +247,8 @@ void KeyLine::judgeProperty(LineFindings& findings, std::size_t offset) const
         const std::string_view right = rightCase(part.text);
         if (right != part.text) {
             findings.add(FindingCode::KeyCase, offset + part.offset,
-                         "The reader ignores this setting: it knows the key " + quoted(right) +
-                             " in exactly these letters only.");
+                         "This setting is ignored: the key has to be " + quoted(right) +
+                             ", in exactly these letters.");
             break;
         }
     }
@@ -261,24 +261,24 @@ bool KeyLine::judgeDevice(LineFindings& findings, std::size_t offset) const
 {
     if (!hasBracket || !hasDeviceEquals || !equalsIgnoringCase(deviceKey.text, s_device)) {
         findings.add(FindingCode::UnknownKey, offset + (hasBracket ? deviceKey.offset : word.end()),
-                     "The reader ignores this setting: '[DeviceNo=NUMBER]' has to follow " +
+                     "This setting is ignored: '[DeviceNo=NUMBER]' has to follow " +
                          quoted(rightCase(word.text)) + ".");
         return false;
     }
     if (!isDecimal(device.text)) {
         findings.add(FindingCode::BadDeviceNumber, offset + device.offset,
-                     "The reader ignores this setting: the device number " + quoted(device.text) +
+                     "This setting is ignored: the device number " + quoted(device.text) +
                          " is no decimal number.");
         return false;
     }
     if (!isBracketClosed || !hasDot) {
         findings.add(FindingCode::UnknownKey, offset + device.end(),
-                     "The reader ignores this setting: it is cut off, '].KEY=NUMBER' is missing.");
+                     "This setting is ignored: it is cut off, '].KEY=NUMBER' is missing.");
         return false;
     }
     if (!numberOf(device.text)) {
         findings.add(FindingCode::NumberTooLarge, offset + device.offset,
-                     "The reader ignores this setting: the device number is above 2147483647.");
+                     "This setting is ignored: the device number is above 2147483647.");
         return false;
     }
     return true;
@@ -295,7 +295,7 @@ bool KeyLine::judgeKey(LineFindings& findings, std::size_t offset) const
         const std::string meant =
             isSerial() ? suggestion(key.text, s_serialKeys) : suggestion(key.text, s_gpibKeys);
         findings.add(FindingCode::UnknownKey, offset + key.offset,
-                     "The reader ignores this setting: " +
+                     "This setting is ignored: " +
                          std::string(isSerial() ? "a serial port" : "a GPIB board") +
                          (key.text.empty() ? " needs a key after the '.'"
                                            : " has no key " + quoted(key.text)) +
@@ -304,7 +304,7 @@ bool KeyLine::judgeKey(LineFindings& findings, std::size_t offset) const
     }
     if (!hasEquals) {
         findings.add(FindingCode::NoEqualsSign, offset + key.end(),
-                     "The reader ignores this setting: there is no '=' after the key.");
+                     "This setting is ignored: there is no '=' after the key.");
     }
     return hasEquals;
 }
@@ -316,20 +316,20 @@ void KeyLine::judgeValue(LineFindings& findings, std::size_t offset) const
     const auto digits = static_cast<std::size_t>(digitsEnd - text.begin());
     if (text.empty()) {
         findings.add(FindingCode::NotDecimal, offset + value.offset,
-                     "The reader ignores this setting: there is no number after the '='.");
+                     "This setting is ignored: there is no number after the '='.");
     } else if (digits == text.size()) {
         if (!numberOf(text)) {
             findings.add(FindingCode::NumberTooLarge, offset + value.offset,
-                         "The reader ignores this setting: the number is above 2147483647.");
+                         "This setting is ignored: the number is above 2147483647.");
         }
     } else if (digits > 0 && isSpace(text[digits])) {
         const std::size_t extra = skipSpaces(text, digits);
         findings.add(FindingCode::TextAfterNumber, offset + value.offset + extra,
-                     "The reader ignores this setting: " + quoted(text.substr(extra)) +
+                     "This setting is ignored: " + quoted(text.substr(extra)) +
                          " follows the number.");
     } else {
         findings.add(FindingCode::NotDecimal, offset + value.offset,
-                     "The reader ignores this setting: " + quoted(text) + " is no decimal number.");
+                     "This setting is ignored: " + quoted(text) + " is no decimal number.");
     }
 }
 

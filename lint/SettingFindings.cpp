@@ -132,7 +132,7 @@ std::optional<std::uint32_t> readNumber(std::string_view line, std::string_view 
     if (!number) {
         findings.add(FindingCode::NumberTooLarge,
                      static_cast<std::size_t>(digits.data() - line.data()),
-                     "The reader ignores this setting: the number is above 2147483647.");
+                     "This setting is ignored: the number is above 2147483647.");
     }
     return number;
 }
