@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visa/Text.h"
 
+#include <algorithm>
+
 namespace visa {
 
 std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t maximum)
@@ -31,15 +33,31 @@ std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t ma
     return value;
 }
 
+namespace {
+
+char toUpper(char c)
+{
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+} // namespace
+
 std::string toUpperCase(std::string_view text)
 {
     std::string upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - 'a' + 'A');
-        }
-    }
+    std::transform(upper.begin(), upper.end(), upper.begin(), toUpper);
     return upper;
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view upper)
+{
+    return std::equal(text.begin(), text.end(), upper.begin(), upper.end(),
+                      [](char a, char b) { return toUpper(a) == b; });
+}
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view upper)
+{
+    return equalsIgnoringCase(text.substr(0, upper.size()), upper);
 }
 
 } // namespace visa

@@ -15,4 +15,10 @@ std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t ma
 /// A copy with the ASCII letters in upper case; other bytes are unchanged.
 std::string toUpperCase(std::string_view text);
 
+/// True when the texts are equal but for the case of ASCII letters; the second is in upper case.
+bool equalsIgnoringCase(std::string_view text, std::string_view upper);
+
+/// True when the text begins with the other, which is in upper case, in any case.
+bool startsWithIgnoringCase(std::string_view text, std::string_view upper);
+
 } // namespace visa
