@@ -17,7 +17,7 @@ using simulator::BenchResource;
 namespace {
 
 /// The time is a product of these and the size of the input.
-constexpr std::size_t longestText = 256;
+constexpr std::size_t longestText = 64;
 constexpr std::size_t mostResources = 20;
 
 void requireSensibleName(std::string_view text)
