@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "resourcemanager/ResourceSource.h"
-#include "resourcemanager/VisaCalls.h"
-#include "visa/StatusNames.h"
+#include "tests/support/VisaClient.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +10,7 @@
 #include <functional>
 #include <future>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -49,20 +49,54 @@ public:
     std::string alias(const visa::ResourceName& name) override { return "at " + name.fullName; }
 };
 
-ViSession openManager()
+const support::VisaClient& client()
 {
-    ViSession session = VI_NULL;
-    EXPECT_EQ(statusName(viOpenDefaultRM(&session)), "VI_SUCCESS");
-    return session;
+    static const support::VisaClient client(
+        {&::viOpenDefaultRM, &::viFindRsrc, &::viFindNext, &::viParseRsrc, &::viParseRsrcEx,
+         &::viOpen, &::viClose, &::viSetAttribute, &::viGetAttribute, &::viStatusDesc});
+    return client;
 }
 
-std::string find(ViSession session, const char* expression = "?*")
+ViSession openManager()
 {
-    ViFindList list = VI_NULL;
-    ViUInt32 count = 0;
-    std::array<ViChar, VI_FIND_BUFLEN> description{};
-    const ViStatus status = viFindRsrc(session, expression, &list, &count, description.data());
-    return status < 0 ? statusName(status) : std::to_string(count) + ' ' + description.data();
+    return client().openManager();
+}
+
+std::string find(ViSession session, const char* expression = "?*", ViFindList* list = nullptr)
+{
+    return client().find(session, expression, list);
+}
+
+/// What a search finds: so many serial ports.
+void setPorts(int count)
+{
+    onSearch() = [count](const Search&) {
+        SearchResult result;
+        for (int port = 1; port <= count; ++port) {
+            result.descriptions.push_back("ASRL" + std::to_string(port) + "::INSTR");
+        }
+        return result;
+    };
+}
+
+/// Runs the body in four threads that start together.
+template <typename Body>
+void together(Body body)
+{
+    std::atomic<int> waiting{4};
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number) {
+        threads.emplace_back([&waiting, &body, number] {
+            --waiting;
+            while (waiting != 0) {
+                std::this_thread::yield();
+            }
+            body(number);
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
 }
 
 } // namespace
@@ -115,9 +149,7 @@ TEST(Calls, AMalformedExpressionIsNotSearched)
     for (const char* const malformed : {"", "[", "?*{VI_ATTR_INTF_NUM == 1}"}) {
         EXPECT_EQ(find(session, malformed), "VI_ERROR_INV_EXPR") << malformed;
     }
-    EXPECT_EQ(statusName(viFindRsrc(session, nullptr, nullptr, nullptr,
-                                    std::array<ViChar, VI_FIND_BUFLEN>().data())),
-              "VI_ERROR_INV_EXPR");
+    EXPECT_EQ(find(session, nullptr), "VI_ERROR_INV_EXPR");
 }
 
 TEST(Calls, ClosingTheManagerEndsItsSearchAndNoOther)
@@ -150,12 +182,12 @@ TEST(Calls, ClosingTheManagerEndsItsSearchAndNoOther)
         std::this_thread::yield();
     }
     // Meanwhile other calls are not delayed.
-    EXPECT_EQ(find(openManager(), "quick"), "1 ASRL1::INSTR");
+    EXPECT_EQ(find(openManager(), "quick"), "VI_SUCCESS 1 ASRL1::INSTR");
     EXPECT_EQ(statusName(viClose(closed)), "VI_SUCCESS");
     EXPECT_EQ(waiting.get(), "VI_ERROR_INV_OBJECT");
     EXPECT_EQ(polling.get(), "VI_ERROR_INV_OBJECT");
     released.set_value();
-    EXPECT_EQ(kept.get(), "1 ASRL1::INSTR");
+    EXPECT_EQ(kept.get(), "VI_SUCCESS 1 ASRL1::INSTR");
 }
 
 TEST(Calls, AnExceptionOfTheSourceBecomesAStatus)
@@ -202,24 +234,152 @@ TEST(Calls, CancellingAThreadEndsItInTheMiddleOfASearch)
 TEST(Calls, ASourceNeedNotOpenInstruments)
 {
     const ViSession session = openManager();
-    ViSession instrument = 77;
-    EXPECT_EQ(statusName(viOpen(session, "ASRL1::INSTR", 0, 0, &instrument)), "VI_ERROR_NSUP_OPER");
-    EXPECT_EQ(statusName(viOpen(session, "ASRL1x", 0, 0, &instrument)), "VI_ERROR_INV_RSRC_NAME");
-    EXPECT_EQ(statusName(viOpen(999, "ASRL1", 0, 0, &instrument)), "VI_ERROR_INV_OBJECT");
-    EXPECT_EQ(statusName(viOpen(session, "ASRL1", 8, 0, &instrument)), "VI_ERROR_INV_ACC_MODE");
-    EXPECT_EQ(instrument, 77U);
+    ViSession instrument = VI_NULL;
+    EXPECT_EQ(client().open(session, "ASRL1::INSTR", instrument), "VI_ERROR_NSUP_OPER");
+    EXPECT_EQ(client().open(session, "ASRL1x", instrument), "VI_ERROR_INV_RSRC_NAME");
+    EXPECT_EQ(client().open(999, "ASRL1", instrument), "VI_ERROR_INV_OBJECT");
+    EXPECT_EQ(client().open(session, "ASRL1", instrument, 8), "VI_ERROR_INV_ACC_MODE");
 }
 
-TEST(Calls, ParsingInFullGivesTheSourcesAlias)
+TEST(Calls, ParsingInFullGivesTheAliasOfTheSource)
 {
+    EXPECT_EQ(client().parseInFull(openManager(), "asrl7"),
+              "VI_SUCCESS 4 7 INSTR ASRL7::INSTR at ASRL7::INSTR");
+}
+
+TEST(Calls, FindListsAreReadIndependently)
+{
+    setPorts(3);
+    const ViSession session = openManager();
+    ViFindList one = VI_NULL;
+    ViFindList two = VI_NULL;
+    EXPECT_EQ(find(session, "?*", &one), "VI_SUCCESS 3 ASRL1::INSTR");
+    EXPECT_EQ(client().next(one), "VI_SUCCESS ASRL2::INSTR");
+    EXPECT_EQ(find(session, "?*", &two), "VI_SUCCESS 3 ASRL1::INSTR");
+    EXPECT_EQ(client().next(one), "VI_SUCCESS ASRL3::INSTR");
+    EXPECT_EQ(client().next(two), "VI_SUCCESS ASRL2::INSTR");
+    EXPECT_EQ(client().next(one), "VI_ERROR_RSRC_NFOUND");
+}
+
+TEST(Calls, WrongAndClosedHandlesAreDetected)
+{
+    const ViSession session = openManager();
+    const ViSession closed = openManager();
+    ViFindList list = VI_NULL;
+    EXPECT_EQ(find(session, "?*", &list), "VI_SUCCESS 1 ASRL1::INSTR");
+    EXPECT_EQ(client().close(closed), "VI_SUCCESS");
+    EXPECT_NE(openManager(), closed); // never reused
+    ViSession instrument = VI_NULL;
+    for (const ViObject wrong : {VI_NULL, closed, list, ViObject{0xFFFFFFFF}}) {
+        EXPECT_EQ(find(wrong), "VI_ERROR_INV_OBJECT");
+        EXPECT_EQ(client().parse(wrong, "ASRL1"), "VI_ERROR_INV_OBJECT");
+        EXPECT_EQ(client().parseInFull(wrong, "ASRL1"), "VI_ERROR_INV_OBJECT");
+        EXPECT_EQ(client().open(wrong, "ASRL1", instrument), "VI_ERROR_INV_OBJECT");
+    }
+    ViUInt32 value = 0;
+    for (const ViObject wrong : {VI_NULL, closed, ViObject{0xFFFFFFFF}}) {
+        EXPECT_EQ(client().next(wrong), "VI_ERROR_INV_OBJECT");
+        EXPECT_EQ(client().set(wrong, QV_ATTR_SEARCH_TIME, 1), "VI_ERROR_INV_OBJECT");
+        EXPECT_EQ(statusName(viGetAttribute(wrong, QV_ATTR_SEARCH_TIME, &value)),
+                  "VI_ERROR_INV_OBJECT");
+    }
+    EXPECT_EQ(client().next(session), "VI_ERROR_INV_OBJECT");
+    EXPECT_EQ(client().set(list, QV_ATTR_SEARCH_TIME, 1), "VI_ERROR_NSUP_ATTR");
+    EXPECT_EQ(client().close(closed), "VI_ERROR_INV_OBJECT");
+    EXPECT_EQ(client().close(VI_NULL), "VI_WARN_NULL_OBJECT");
+    EXPECT_EQ(client().close(list), "VI_SUCCESS");
+    EXPECT_EQ(client().close(list), "VI_ERROR_INV_OBJECT");
+}
+
+TEST(Calls, ClosingAManagerClosesItsFindListsAndNoOthers)
+{
+    setPorts(2);
+    const ViSession session = openManager();
+    ViFindList closed = VI_NULL;
+    ViFindList kept = VI_NULL;
+    EXPECT_EQ(find(session, "?*", &closed), "VI_SUCCESS 2 ASRL1::INSTR");
+    EXPECT_EQ(find(openManager(), "?*", &kept), "VI_SUCCESS 2 ASRL1::INSTR");
+    EXPECT_EQ(client().close(session), "VI_SUCCESS");
+    EXPECT_EQ(client().next(closed), "VI_ERROR_INV_OBJECT");
+    EXPECT_EQ(client().next(kept), "VI_SUCCESS ASRL2::INSTR");
+}
+
+TEST(Calls, NullPointersAreAnsweredNotFollowed)
+{
+    EXPECT_EQ(statusName(viOpenDefaultRM(nullptr)), "VI_ERROR_USER_BUF");
+    const ViSession session = openManager();
+    ViFindList list = VI_NULL;
     ViUInt16 type = 0;
     ViUInt16 number = 0;
-    std::array<std::array<ViChar, VI_FIND_BUFLEN>, 3> texts{};
-    EXPECT_EQ(statusName(viParseRsrcEx(openManager(), "asrl7", &type, &number, texts[0].data(),
-                                       texts[1].data(), texts[2].data())),
-              "VI_SUCCESS");
-    EXPECT_STREQ(texts[1].data(), "ASRL7::INSTR");
-    EXPECT_STREQ(texts[2].data(), "at ASRL7::INSTR");
+    support::VisaClient::Buffer buffer;
+    char* const text = buffer.data();
+    EXPECT_EQ(statusName(viFindRsrc(session, "?*", &list, nullptr, nullptr)), "VI_ERROR_USER_BUF");
+    // The published interface lets a client omit the list and the count.
+    EXPECT_EQ(statusName(viFindRsrc(session, "?*", nullptr, nullptr, text)), "VI_SUCCESS");
+    EXPECT_EQ(buffer.text(), "ASRL1::INSTR");
+    EXPECT_EQ(find(session, "?*", &list), "VI_SUCCESS 1 ASRL1::INSTR");
+    EXPECT_EQ(statusName(viFindNext(list, nullptr)), "VI_ERROR_USER_BUF");
+    EXPECT_EQ(statusName(viGetAttribute(session, QV_ATTR_SEARCH_TIME, nullptr)),
+              "VI_ERROR_USER_BUF");
+    EXPECT_EQ(client().parse(session, nullptr), "VI_ERROR_INV_RSRC_NAME");
+    EXPECT_EQ(statusName(viParseRsrc(session, "ASRL1", nullptr, &number)), "VI_ERROR_USER_BUF");
+    EXPECT_EQ(statusName(viParseRsrc(session, "ASRL1", &type, nullptr)), "VI_ERROR_USER_BUF");
+    for (int missing = 0; missing < 5; ++missing) {
+        EXPECT_EQ(statusName(
+                      viParseRsrcEx(session, "ASRL1", missing == 0 ? nullptr : &type,
+                                    missing == 1 ? nullptr : &number, missing == 2 ? nullptr : text,
+                                    missing == 3 ? nullptr : text, missing == 4 ? nullptr : text)),
+                  "VI_ERROR_USER_BUF")
+            << missing;
+    }
+}
+
+TEST(Calls, OneFindListGivesEachMatchOnce)
+{
+    setPorts(20000);
+    ViFindList list = VI_NULL;
+    EXPECT_EQ(find(openManager(), "?*", &list), "VI_SUCCESS 20000 ASRL1::INSTR");
+    std::array<std::vector<std::string>, 4> found;
+    together([&](int number) {
+        std::string step = client().next(list);
+        for (; step != "VI_ERROR_RSRC_NFOUND"; step = client().next(list)) {
+            found[static_cast<std::size_t>(number)].push_back(step);
+        }
+    });
+    std::set<std::string> all;
+    std::size_t count = 0;
+    for (const std::vector<std::string>& part : found) {
+        count += part.size();
+        all.insert(part.begin(), part.end());
+    }
+    EXPECT_EQ(count, 19999U);
+    EXPECT_EQ(all.size(), 19999U);
+}
+
+TEST(Calls, AManagerCanBeClosedWhileOtherThreadsUseIt)
+{
+    setPorts(1000);
+    for (int round = 0; round < 5; ++round) {
+        const ViSession session = openManager();
+        ViFindList list = VI_NULL;
+        EXPECT_EQ(find(session, "?*", &list), "VI_SUCCESS 1000 ASRL1::INSTR");
+        together([&](int number) {
+            for (int step = 0;; ++step) {
+                if (number == 0 && step == 10) {
+                    EXPECT_EQ(client().close(session), "VI_SUCCESS");
+                }
+                client().set(session, QV_ATTR_SEARCH_TIME, 1);
+                const std::string status = client().next(list);
+                if (status == "VI_ERROR_INV_OBJECT") {
+                    return;
+                }
+                EXPECT_TRUE(status == "VI_ERROR_RSRC_NFOUND" ||
+                            status.compare(0, 10, "VI_SUCCESS") == 0)
+                    << status;
+            }
+        });
+        EXPECT_EQ(client().next(list), "VI_ERROR_INV_OBJECT");
+    }
 }
 
 TEST(Calls, EveryStatusIsDescribedWithOrWithoutAnObject)

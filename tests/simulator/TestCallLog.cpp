@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/simulator/CallsFixture.h"
+#include "tests/simulator/SimulatorTest.h"
 #include "tests/support/Files.h"
 
 #include <filesystem>
@@ -13,7 +13,7 @@ using visa::statusName;
 
 namespace {
 
-class CallLogTest : public CallsFixture
+class CallLog : public SimulatorTest
 {
 protected:
     static std::string text(ViObject handle) { return std::to_string(handle); }
@@ -23,7 +23,7 @@ using Lines = std::vector<std::string>;
 
 } // namespace
 
-TEST_F(CallLogTest, AScanIsWrittenCallByCall)
+TEST_F(CallLog, AScanIsWrittenCallByCall)
 {
     bench.write("resource ASRL1::INSTR\nresource \"b\\\"\\\\\\xE9\\x0A\\x7F~\"\n");
     const ViSession session = openManager();
@@ -65,7 +65,7 @@ TEST_F(CallLogTest, AScanIsWrittenCallByCall)
         }));
 }
 
-TEST_F(CallLogTest, TalkingIsWrittenCallByCall)
+TEST_F(CallLog, TalkingIsWrittenCallByCall)
 {
     bench.write("resource ASRL1::INSTR idn=meter\n");
     const ViSession session = openManager();
@@ -94,7 +94,7 @@ TEST_F(CallLogTest, TalkingIsWrittenCallByCall)
         }));
 }
 
-TEST_F(CallLogTest, FailingCallsAndOddArgumentsAreWritten)
+TEST_F(CallLog, FailingCallsAndOddArgumentsAreWritten)
 {
     bench.write("resource a\nstatus viOpenDefaultRM 0xBFFF7777\nstatus viFindRsrc 5\n");
     ViSession session = VI_NULL;
@@ -118,7 +118,7 @@ TEST_F(CallLogTest, FailingCallsAndOddArgumentsAreWritten)
                              }));
 }
 
-TEST_F(CallLogTest, OnlyWhatTheClientGotIsWritten)
+TEST_F(CallLog, OnlyWhatTheClientGotIsWritten)
 {
     bench.write("resource a\n");
     const ViSession session = openManager();
@@ -128,20 +128,20 @@ TEST_F(CallLogTest, OnlyWhatTheClientGotIsWritten)
               "viFindRsrc(" + text(session) + ", \"?*\") -> VI_SUCCESS, description=\"a\"");
 }
 
-TEST_F(CallLogTest, TheFileIsLookedUpAtEachCallAndAppendedTo)
+TEST_F(CallLog, TheFileIsLookedUpAtEachCallAndAppendedTo)
 {
     const std::string other = bench.pathFor("other.txt").string();
     support::writeFile(other, "there before\n");
     visa.close(0);
     setVariable("QVVISA_BENCH_LOG", other);
     visa.close(0);
-    unsetVariable("QVVISA_BENCH_LOG");
+    ::unsetenv("QVVISA_BENCH_LOG"); // NOLINT(concurrency-mt-unsafe)
     visa.close(0);
     EXPECT_EQ(bench.calls(), Lines{"viClose(0) -> VI_WARN_NULL_OBJECT"});
     EXPECT_EQ(support::readFile(other), "there before\nviClose(0) -> VI_WARN_NULL_OBJECT\n");
 }
 
-TEST_F(CallLogTest, AFileThatCannotBeWrittenIsReportedOnce)
+TEST_F(CallLog, AFileThatCannotBeWrittenIsReportedOnce)
 {
     const auto path = [&](const char* name) { return bench.pathFor(name).string(); };
     ASSERT_EQ(::mkfifo(path("fifo").c_str(), 0600), 0);
