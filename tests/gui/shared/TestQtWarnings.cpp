@@ -1,24 +1,22 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/QtWarnings.h"
-
+// The guard that makes a case fail that causes a warning.
 #include "tests/gui/shared/WindowTest.h"
 
 #include <thread>
 
-/// The guard that the window tests rely on must itself notice.
 class TestQtWarnings : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void notesAConnectionToNothing();
-    void notesWhatAnotherThreadSays();
-    void forgetsWhatIsTaken();
-    void leavesOutWhatIsNoWarning();
-    void putsTheFormerHandlerBack();
+    void connectionToNoSlotIsRecorded();
+    void warningOfAnotherThreadIsRecorded();
+    void takenWarningsAreRemoved();
+    void messagesBelowAWarningAreNotRecorded();
+    void formerHandlerIsRestored();
 };
 
-void TestQtWarnings::notesAConnectionToNothing()
+void TestQtWarnings::connectionToNoSlotIsRecorded()
 {
     const support::QtWarnings warnings;
     connect(this, SIGNAL(destroyed()), this, SLOT(noSuchSlot()));
@@ -26,14 +24,14 @@ void TestQtWarnings::notesAConnectionToNothing()
     QVERIFY(warnings.all().first().startsWith(QLatin1String("QObject::connect: No such slot")));
 }
 
-void TestQtWarnings::notesWhatAnotherThreadSays()
+void TestQtWarnings::warningOfAnotherThreadIsRecorded()
 {
     const support::QtWarnings warnings;
-    std::thread([] { qWarning("from elsewhere"); }).join();
-    QCOMPARE(warnings.all(), QStringList(QStringLiteral("from elsewhere")));
+    std::thread([] { qWarning("of another thread"); }).join();
+    QCOMPARE(warnings.all(), QStringList(QStringLiteral("of another thread")));
 }
 
-void TestQtWarnings::forgetsWhatIsTaken()
+void TestQtWarnings::takenWarningsAreRemoved()
 {
     support::QtWarnings warnings;
     qCritical("once");
@@ -41,25 +39,27 @@ void TestQtWarnings::forgetsWhatIsTaken()
     QCOMPARE(warnings.all(), QStringList());
 }
 
-void TestQtWarnings::leavesOutWhatIsNoWarning()
+void TestQtWarnings::messagesBelowAWarningAreNotRecorded()
 {
     const support::QtWarnings warnings;
-    qDebug("a remark");
-    qInfo("a piece of news");
+    qDebug("debug");
+    qInfo("info");
     qWarning("This plugin does not support raise()");
     QCOMPARE(warnings.all(), QStringList());
 }
 
-void TestQtWarnings::putsTheFormerHandlerBack()
+void TestQtWarnings::formerHandlerIsRestored()
 {
-    const QtMessageHandler former = qInstallMessageHandler(nullptr);
-    qInstallMessageHandler(former);
+    const auto currentHandler = [] {
+        const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+        qInstallMessageHandler(handler);
+        return handler;
+    };
+    const QtMessageHandler former = currentHandler();
     {
         const support::QtWarnings warnings;
     }
-    const QtMessageHandler now = qInstallMessageHandler(nullptr);
-    qInstallMessageHandler(now);
-    QVERIFY(now == former);
+    QVERIFY(currentHandler() == former);
 }
 
 static const guitest::Registration<TestQtWarnings> s_registration;
