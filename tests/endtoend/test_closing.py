@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Closing with and without unsaved changes, and what each answer does to the file."""
+"""Closing with unsaved changes, by the window manager and by the tool bar."""
 
 import program
 import scenario
@@ -23,15 +23,7 @@ def answer(user, key):
     user.desktop.key(key)
 
 
-def nothing_changed_asks_nothing(desktop):
-    user = program.from_environment(desktop, content=BEFORE)
-    user.start()
-    user.close()
-    user.wait_ended()
-    user.expect_file(BEFORE)
-
-
-def cancel_keeps_the_window_and_no_keeps_the_file(desktop):
+def cancel_keeps_the_window_and_no_the_file(desktop):
     user = edited_program(desktop)
     user.close()
     user.cancel(UNSAVED)
@@ -44,17 +36,7 @@ def cancel_keeps_the_window_and_no_keeps_the_file(desktop):
     user.expect_file(BEFORE)
 
 
-def cancel_leaves_the_edit_to_be_saved(desktop):
-    user = edited_program(desktop)
-    user.close()
-    user.cancel(UNSAVED)
-    user.save()
-    user.expect_file(EDITED)
-    user.close()
-    user.wait_ended()
-
-
-def yes_saves(desktop):
+def yes_saves_the_file(desktop):
     user = edited_program(desktop)
     user.close()
     answer(user, "alt+y")
@@ -62,7 +44,7 @@ def yes_saves(desktop):
     user.expect_file(EDITED)
 
 
-def a_text_still_in_the_cell_counts(desktop):
+def text_in_a_cell_editor_is_saved(desktop):
     user = program.from_environment(desktop, content=BEFORE)
     user.start()
     desktop.click(user.main, user.cell(0, "alias"), times=2)
@@ -73,24 +55,5 @@ def a_text_still_in_the_cell_counts(desktop):
     user.expect_file(EDITED)
 
 
-def a_running_search_is_waited_for(desktop):
-    user = program.from_environment(desktop, content=BEFORE, bench="wait-for-file answer")
-    user.start()
-    user.wait_searching()
-    user.edit_cell(0, "alias", "B")
-    user.wait_can_save()
-    user.close()
-    answer(user, "alt+y")
-    desktop.wait_gone(program.MAIN)
-    # The file is written, and the process stays until the library answers.
-    user.wait_file(EDITED)
-    assert user.is_running()
-    (user.bench_file.parent / "answer").touch()
-    user.wait_ended()
-    user.wait_scanned()
-    user.expect_file(EDITED)
-
-
-scenario.run(nothing_changed_asks_nothing, cancel_keeps_the_window_and_no_keeps_the_file,
-             cancel_leaves_the_edit_to_be_saved, yes_saves, a_text_still_in_the_cell_counts,
-             a_running_search_is_waited_for)
+scenario.run(cancel_keeps_the_window_and_no_the_file, yes_saves_the_file,
+             text_in_a_cell_editor_is_saved)

@@ -1,15 +1,14 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Each dialog comes up where and as it was left, within a run and over restarts."""
+"""The dialogs restore their size, position and maximised state."""
 
 import program
 import scenario
-from desktop import expect_equal, wait_for
+from desktop import wait_for
 from program import COMPOSER, FIND, PROPERTIES
 
 CONTENT = b":QvVisaConfigurationFileVersion01\n:Provider=3674\nA=ASRL1::INSTR\n"
 BENCH = "resource ASRL1::INSTR\n"
-TABS_PLACE = (0, 0, 300, 50)  # the tab bar of the properties dialog
 
 
 def started(desktop):
@@ -37,7 +36,7 @@ def wait_at(desktop, window, place):
              lambda: f"the window at {place}; it is at {desktop.geometry(window)}")
 
 
-def each_keeps_its_place(desktop):
+def dialogs_restore_size_and_position(desktop):
     user = started(desktop)
     places = {}
     for number, (button, title) in enumerate((("add", COMPOSER), ("find", FIND),
@@ -65,7 +64,7 @@ def leave_maximised(user, button, title):
     user.cancel(title)
 
 
-def find_and_properties_stay_maximised(desktop):
+def find_and_properties_open_maximised(desktop):
     user = started(desktop)
     for button, title in ("find", FIND), ("properties", PROPERTIES):
         leave_maximised(user, button, title)
@@ -76,7 +75,7 @@ def find_and_properties_stay_maximised(desktop):
         user.cancel(title)
 
 
-def the_composer_does_not(desktop):
+def composer_does_not_open_maximised(desktop):
     user = started(desktop)
     leave_maximised(user, "add", COMPOSER)
     window = open_dialog(user, "add", COMPOSER)
@@ -84,20 +83,5 @@ def the_composer_does_not(desktop):
     user.cancel(COMPOSER)
 
 
-def the_second_tab_comes_back_as_the_first(desktop):
-    user = started(desktop)
-    dialog = user.open_properties()
-    first = desktop.picture(dialog, TABS_PLACE)
-    desktop.key("Right")
-    wait_for(lambda: desktop.picture(dialog, TABS_PLACE) != first, "the second tab")
-    user.cancel(PROPERTIES)
-    dialog = user.open_properties()
-    wait_for(lambda: desktop.picture(dialog, TABS_PLACE) == first, "the first tab")
-    user.cancel(PROPERTIES)
-    settings = (user.settings / "Quorvane/QvVisaConfigure.conf").read_text()
-    expect_equal([line for line in settings.splitlines() if line.startswith("tabindex")],
-                 ["tabindex=0"], "the tab that is kept")
-
-
-scenario.run(each_keeps_its_place, find_and_properties_stay_maximised, the_composer_does_not,
-             the_second_tab_comes_back_as_the_first)
+scenario.run(dialogs_restore_size_and_position, find_and_properties_open_maximised,
+             composer_does_not_open_maximised)

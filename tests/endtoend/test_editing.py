@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The road of an edit: cell, table, Save, file."""
+"""An edit and a removal, from the cell to the file."""
 
 import program
 import scenario
@@ -19,7 +19,7 @@ dmm = TCPIP0::10.0.0.5::inst0::INSTR
 """
 
 
-def a_cell_edit_and_a_removal_reach_the_file(desktop):
+def edit_and_removal_are_saved(desktop):
     user = program.from_environment(desktop, content=BEFORE)
     user.start()
     assert not user.can_save()
@@ -49,4 +49,4 @@ my_dmm2=TCPIP0::10.0.0.5::inst0::INSTR
     user.wait_ended()
 
 
-scenario.run(a_cell_edit_and_a_removal_reach_the_file)
+scenario.run(edit_and_removal_are_saved)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Which file is edited, and that without any nothing is written anywhere."""
+"""The file that is saved, and that none is created."""
 
 import program
 import scenario
@@ -11,7 +11,7 @@ BEFORE = HEADER + b"A=ASRL1::INSTR\n"
 EDITED = HEADER + b"B=ASRL1::INSTR\n"
 
 
-def without_a_file_nothing_is_written(desktop):
+def without_a_file_none_is_written(desktop):
     user = program.from_environment(desktop)
     user.start()
     assert not user.can_save()
@@ -23,7 +23,7 @@ def without_a_file_nothing_is_written(desktop):
     expect_equal(user.files(), [], "files written")
 
 
-def a_file_made_later_takes_the_next_save(desktop):
+def file_created_later_is_saved(desktop):
     user = program.from_environment(desktop)
     user.start()
     user.press("add")
@@ -48,7 +48,7 @@ def edit_and_save(user):
     user.wait_ended()
 
 
-def in_the_home_folder(desktop):
+def file_in_the_home_folder_is_saved(desktop):
     user = program.from_environment(desktop)
     file = user.home / ".quorvane/visa.conf"
     file.parent.mkdir()
@@ -58,27 +58,5 @@ def in_the_home_folder(desktop):
     expect_equal(user.files(), [file], "files")
 
 
-def in_the_working_folder_first(desktop):
-    user = program.from_environment(desktop)
-    in_home = user.home / ".quorvane/visa.conf"
-    in_home.parent.mkdir()
-    in_home.write_bytes(HEADER)
-    file = user.working_folder / "visa.conf"
-    file.write_bytes(BEFORE)
-    edit_and_save(user)
-    expect_equal(file.read_bytes(), EDITED, str(file))
-    expect_equal(in_home.read_bytes(), HEADER, str(in_home))
-    expect_equal(user.files(), [in_home, file], "files")
-
-
-def named_by_the_environment_before_all(desktop):
-    user = program.from_environment(desktop, content=BEFORE)
-    in_working_folder = user.working_folder / "visa.conf"
-    in_working_folder.write_bytes(HEADER)
-    edit_and_save(user)
-    user.expect_file(EDITED)
-    expect_equal(in_working_folder.read_bytes(), HEADER, str(in_working_folder))
-
-
-scenario.run(without_a_file_nothing_is_written, a_file_made_later_takes_the_next_save,
-             in_the_home_folder, in_the_working_folder_first, named_by_the_environment_before_all)
+scenario.run(without_a_file_none_is_written, file_created_later_is_saved,
+             file_in_the_home_folder_is_saved)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""A VISA library that does not come back from its search: what closing does, and how to get out."""
+"""Closing and killing the program while its search does not return."""
 
 import signal
 
@@ -22,24 +22,23 @@ def saved_and_closed(desktop):
     return user
 
 
-def the_closed_program_stays_until_the_library_answers(desktop):
+def closed_program_runs_until_the_search_returns(desktop):
     user = saved_and_closed(desktop)
     assert user.is_running()
     assert "viFindRsrc" not in user.calls()
     (desktop.folder / "go").touch()
     user.wait_ended()
-    # The search was waited for, and ended well.
     assert user.calls().endswith("viClose(1) -> VI_SUCCESS\n")
     user.expect_file(EDITED)
 
 
-def a_signal_ends_it_and_the_save_stays(desktop):
+def signal_ends_the_closed_program(desktop):
     user = saved_and_closed(desktop)
     user.end_by(signal.SIGTERM)
     user.expect_file(EDITED)
 
 
-def a_kill_before_the_save_leaves_the_old_file(desktop):
+def kill_before_the_save_keeps_the_file(desktop):
     user = program.from_environment(desktop, content=BEFORE, bench=BENCH)
     user.start()
     user.edit_cell(0, "alias", "B")
@@ -48,5 +47,5 @@ def a_kill_before_the_save_leaves_the_old_file(desktop):
     user.expect_file(BEFORE)
 
 
-scenario.run(the_closed_program_stays_until_the_library_answers,
-             a_signal_ends_it_and_the_save_stays, a_kill_before_the_save_leaves_the_old_file)
+scenario.run(closed_program_runs_until_the_search_returns,
+             signal_ends_the_closed_program, kill_before_the_save_keeps_the_file)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The whole tool without a mouse: cells, the context menu by its key, the tool bar by Tab."""
+"""The program without a mouse: cells, the context menu by its key, the tool bar by Tab."""
 
 import program
 import scenario
@@ -26,7 +26,7 @@ def menu(user, entry):
     user.choose(entry)
 
 
-def everything_by_the_keyboard(desktop):
+def every_action_works_by_keys(desktop):
     user = program.from_environment(desktop, content=BEFORE, bench=BENCH)
     user.start()
     user.wait_scanned()
@@ -46,10 +46,10 @@ def everything_by_the_keyboard(desktop):
     menu(user, EDIT)
     user.compose(QVIB, None, {1: "10.0.0.4"})
 
-    # Add, Remove, Edit and Find stand before the properties, Save behind them.
+    # Past Add, Remove, Edit and Find.
     desktop.key(*["Tab"] * 5, "space")
     desktop.window(program.PROPERTIES)
-    # Without ports the first page takes no keys, and the tab bar leads on to the second.
+    # Without ports the first page is disabled, and Tab leads to the field of the second.
     desktop.key("Right", "Tab")
     desktop.retype("4086")
     user.accept_properties()
@@ -61,4 +61,4 @@ def everything_by_the_keyboard(desktop):
     user.expect_file(AFTER)
 
 
-scenario.run(everything_by_the_keyboard)
+scenario.run(every_action_works_by_keys)

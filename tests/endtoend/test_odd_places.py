@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Stored places that no longer fit: a monitor that has gone, and what nobody would store."""
+"""Stored positions and sizes that do not fit the screen."""
 
 import program
 import scenario
@@ -11,12 +11,12 @@ CONTENT = HEADER + b"A=ASRL1::INSTR\n"
 EDITED = HEADER + b"B=ASRL1::INSTR\n"
 
 ODD_PLACES = {
-    "left and above of everything": "pos=@Point(-5000 -4000)\nsize=@Size(600 400)",
-    "right and below of everything": "pos=@Point(9000 7000)\nsize=@Size(600 400)",
-    "the last corner": "pos=@Point(1279 899)\nsize=@Size(600 400)",
-    "beyond what a window can have": "pos=@Point(2147483647 -2147483648)\nsize=@Size(600 400)",
-    "no size at all": "pos=@Point(100 100)\nsize=@Size(0 0)",
-    "a size below nothing": "pos=@Point(100 100)\nsize=@Size(-600 -400)",
+    "left of and above the screen": "pos=@Point(-5000 -4000)\nsize=@Size(600 400)",
+    "right of and below the screen": "pos=@Point(9000 7000)\nsize=@Size(600 400)",
+    "the last pixel": "pos=@Point(1279 899)\nsize=@Size(600 400)",
+    "the limits of an integer": "pos=@Point(2147483647 -2147483648)\nsize=@Size(600 400)",
+    "an empty size": "pos=@Point(100 100)\nsize=@Size(0 0)",
+    "a negative size": "pos=@Point(100 100)\nsize=@Size(-600 -400)",
     "larger than the screen": "pos=@Point(0 0)\nsize=@Size(5000 4000)",
     "no numbers": "pos=here\nsize=large\nfullscreen=perhaps",
 }
@@ -29,7 +29,7 @@ def stored(user, settings):
 
 
 def edit_by_keyboard(user):
-    """The window may be anywhere: only keys are sure to reach it."""
+    """Uses keys alone: the window may be off the screen."""
     user.desktop.key("Down", "Right", "F2")
     user.desktop.retype("B")
     user.desktop.key("Return")
@@ -40,7 +40,7 @@ def edit_by_keyboard(user):
     user.expect_file(EDITED)
 
 
-def wherever_it_is_stored_it_can_be_worked_with(desktop):
+def window_can_be_used_at_every_stored_place(desktop):
     for what, settings in ODD_PLACES.items():
         print(what, flush=True)
         user = program.from_environment(desktop, content=CONTENT)
@@ -49,8 +49,8 @@ def wherever_it_is_stored_it_can_be_worked_with(desktop):
         edit_by_keyboard(user)
 
 
-def left_on_a_second_monitor(desktop):
-    """A screen of two monitors side by side, and the next time only the first is there."""
+def window_of_a_missing_monitor_can_be_used(desktop):
+    """First a screen of two monitors side by side, then only the first one."""
     settings = desktop.folder / "kept-settings"
     width, height = desktop.size
     with Desktop(desktop.failures / "two-monitors", (2 * width, height)) as two:
@@ -69,4 +69,4 @@ def left_on_a_second_monitor(desktop):
     edit_by_keyboard(user)
 
 
-scenario.run(wherever_it_is_stored_it_can_be_worked_with, left_on_a_second_monitor)
+scenario.run(window_can_be_used_at_every_stored_place, window_of_a_missing_monitor_can_be_used)

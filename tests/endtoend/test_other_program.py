@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The file is changed by another program while the window is open."""
+"""Another program changes the file while the window is open."""
 
 import program
 import scenario
@@ -28,7 +28,7 @@ def edit_and_save(user):
     user.save()
 
 
-def the_table_stays_and_a_save_overwrites_the_change(desktop):
+def save_overwrites_the_change(desktop):
     user = started(desktop)
     user.file.write_bytes(OTHERS)
     edit_and_save(user)
@@ -37,7 +37,7 @@ def the_table_stays_and_a_save_overwrites_the_change(desktop):
     user.expect_file(EDITED)
 
 
-def without_a_save_the_change_stays(desktop):
+def change_stays_without_a_save(desktop):
     user = started(desktop)
     user.file.write_bytes(OTHERS)
     user.press("properties")
@@ -53,34 +53,4 @@ def without_a_save_the_change_stays(desktop):
     ended(user)
 
 
-def an_answer_of_no_leaves_the_change(desktop):
-    user = started(desktop)
-    user.edit_cell(0, "alias", "B")
-    user.wait_can_save()
-    user.file.write_bytes(OTHERS)
-    user.close()
-    desktop.window(program.UNSAVED)
-    desktop.key("alt+n")
-    user.wait_ended()
-    user.expect_file(OTHERS)
-
-
-def a_file_that_has_gone_is_written_anew(desktop):
-    user = started(desktop)
-    user.file.unlink()
-    edit_and_save(user)
-    user.expect_file(EDITED)
-    ended(user)
-
-
-def a_file_that_has_become_something_else_is_replaced(desktop):
-    user = started(desktop)
-    user.file.write_bytes(b"no configuration at all\n")
-    edit_and_save(user)
-    user.expect_file(EDITED)
-    ended(user)
-
-
-scenario.run(the_table_stays_and_a_save_overwrites_the_change, without_a_save_the_change_stays,
-             an_answer_of_no_leaves_the_change, a_file_that_has_gone_is_written_anew,
-             a_file_that_has_become_something_else_is_replaced)
+scenario.run(save_overwrites_the_change, change_stays_without_a_save)

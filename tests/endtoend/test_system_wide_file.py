@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The last place where a file is looked for. The program gets a root folder of its own that has
-one; the machine's own is not touched."""
+"""The system-wide file, in a root folder that only the program sees."""
 
 import subprocess
 import sys
@@ -16,8 +15,8 @@ BEFORE = HEADER + b"A=ASRL1::INSTR\n"
 EDITED = HEADER + b"B=ASRL1::INSTR\n"
 SKIPPED = 77
 
-# new-root ROOT PREFERENCES COMMAND...: in namespaces of its own, all that the machine's root has,
-# but PREFERENCES as /Library/Preferences.
+# new-root ROOT PREFERENCES COMMAND...: runs the command in namespaces of its own, with the machine's
+# root folder at ROOT and PREFERENCES mounted as /Library/Preferences.
 IN_NEW_ROOT = ["unshare", "--user", "--map-root-user", "--mount", "sh", "-euc", """
 root=$1
 mount -t tmpfs new-root "$root"
@@ -36,7 +35,7 @@ exec chroot "$root" sh -c 'cd "$0" && exec "$@"' "$PWD" "$@"
 """, "new-root"]
 
 
-def can_make_a_root():
+def can_create_a_root():
     with tempfile.TemporaryDirectory() as root, tempfile.TemporaryDirectory() as preferences:
         return subprocess.run([*IN_NEW_ROOT, root, preferences, "true"], check=False).returncode == 0
 
@@ -59,14 +58,14 @@ def edit_and_save(user):
     user.wait_ended()
 
 
-def without_another(desktop):
+def file_is_saved(desktop):
     file, user = prepared(desktop)
     edit_and_save(user)
     expect_equal(file.read_bytes(), EDITED, "the system-wide file")
     expect_equal(user.files(), [], "other files")
 
 
-def the_home_folder_comes_first(desktop):
+def home_folder_comes_first(desktop):
     file, user = prepared(desktop)
     in_home = user.home / ".quorvane/visa.conf"
     in_home.parent.mkdir()
@@ -76,7 +75,7 @@ def the_home_folder_comes_first(desktop):
     expect_equal(file.read_bytes(), BEFORE, "the system-wide file")
 
 
-if not can_make_a_root():
-    print("skipped: this machine lets no user make a root folder of his own")
+if not can_create_a_root():
+    print("skipped: this machine does not allow user namespaces with mounts")
     sys.exit(SKIPPED)
-scenario.run(without_another, the_home_folder_comes_first)
+scenario.run(file_is_saved, home_folder_comes_first)

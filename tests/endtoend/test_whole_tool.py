@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""One run with an edit of every kind, saved, found in the file and found again by the next run."""
+"""An edit of every kind in one run, saved, and read back by the next run."""
 
 import program
 import scenario
@@ -30,11 +30,11 @@ FIXED_LINES = b""":QvVisaConfigurationFileVersion01
 GPIB0::13::INSTR
 TCPIP0::192.168.10.21::inst0::INSTR
 """
-# The table of aliases has no order of its own.
+# The table of aliases is unordered.
 ALIAS_LINES = {b"DMM=TCPIP0::10.0.0.8::inst0::INSTR\n",
                b"STAGE=USB1::0x1234::0x5680::SN7::INSTR\n"}
 VXI_11, USB = 0, 4
-IP, VENDOR, PRODUCT, SERIAL, BOARD = 2, 2, 3, 4, 1  # tab stops behind the interface type
+IP, VENDOR, PRODUCT, SERIAL, BOARD = 2, 2, 3, 4, 1  # tab stops after the interface type
 
 
 def holds_the_edits(user):
@@ -52,7 +52,7 @@ def edit_properties(user):
     user.accept_properties()
 
 
-def every_kind_of_edit(desktop):
+def every_kind_of_edit_is_saved_and_read_back(desktop):
     user = program.from_environment(desktop, content=BEFORE, bench=BENCH)
     user.start()
     user.wait_scanned()
@@ -79,9 +79,9 @@ def every_kind_of_edit(desktop):
     user.start()
     user.open_properties()
     user.accept_properties()
-    # Where the dialog stood, the window may not be painted yet.
+    # The window may not be repainted yet where the dialog was.
     wait_for(lambda: not user.can_save(), "Save to be disabled")
-    # Saved again with nothing but one alias changed there and back, it must be all there.
+    # A change there and back must save the same file.
     user.edit_cell(0, "resource", "GPIB0::14::INSTR")
     user.save()
     user.edit_cell(0, "resource", "GPIB0::13::INSTR")
@@ -92,4 +92,4 @@ def every_kind_of_edit(desktop):
     user.wait_ended()
 
 
-scenario.run(every_kind_of_edit)
+scenario.run(every_kind_of_edit_is_saved_and_read_back)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The window comes up in the middle the first time and where it was left every other time."""
+"""The main window opens centred at first, then with its last size, position and state."""
 
 import program
 import scenario
@@ -9,7 +9,7 @@ from desktop import expect_equal, wait_for
 CONTENT = b":QvVisaConfigurationFileVersion01\n:Provider=3674\nA=ASRL1::INSTR\n"
 
 
-def the_first_time_in_the_middle(desktop):
+def first_start_centres_the_window(desktop):
     user = program.from_environment(desktop, content=CONTENT)
     user.start()
     x, y, width, height = desktop.geometry(user.main)
@@ -17,13 +17,13 @@ def the_first_time_in_the_middle(desktop):
     expect_equal((width, height), (600, 400), "size")
     free_width, free_height = desktop.free_size()
     assert free_height < desktop.size[1]
-    # In the middle with its frame or without it: that is the window manager's to say.
+    # With or without the frame, as the window manager decides.
     assert abs(2 * x + width - free_width) <= 2 * (left + right), (x, y)
     assert abs(2 * y + height - free_height) <= 2 * (top + bottom), (x, y)
     assert not desktop.is_maximised(user.main)
 
 
-def moved_and_resized(desktop):
+def size_and_position_are_restored(desktop):
     user = program.from_environment(desktop, content=CONTENT)
     user.start()
     left = desktop.place(user.main, (720, 333), (111, 222))
@@ -34,7 +34,7 @@ def moved_and_resized(desktop):
              lambda: f"the window at {left}; it is at {desktop.geometry(user.main)}")
 
 
-def maximised(desktop):
+def maximised_state_is_restored(desktop):
     user = program.from_environment(desktop, content=CONTENT)
     user.start()
     desktop.key("alt+F10")
@@ -51,4 +51,5 @@ def maximised(desktop):
     assert not desktop.is_maximised(user.main)
 
 
-scenario.run(the_first_time_in_the_middle, moved_and_resized, maximised)
+scenario.run(first_start_centres_the_window, size_and_position_are_restored,
+             maximised_state_is_restored)
