@@ -26,8 +26,8 @@ ViStatus open(CallRecord& record, ViSession session,
     }
     std::shared_ptr<Object> opened;
     const ViStatus status = source.open(resource, *name, opened);
-    if (status < 0) {
-        return status;
+    if (status < 0 || opened == nullptr) {
+        return status < 0 ? status : VI_ERROR_SYSTEM_ERROR;
     }
     opened->attributes().addReadOnly(VI_ATTR_RM_SESSION, AttributeTable::Width::Long, session);
     const ViSession handle = handles().add(std::move(opened), session);

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# A client that nobody here wrote, PyVISA, uses the library by its path. Where PyVISA is missing
-# the test fails and says what to install.
+# An independent client, PyVISA, uses the library by its path. Without PyVISA the test fails and says
+# what to install.
 
 # Debian's PyVISA belongs to Debian's Python, whatever other Python comes first in PATH.
 if(NOT APPLE)

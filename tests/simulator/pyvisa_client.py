@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A client that nobody here wrote lists the bench, asks instruments and closes.
+"""An independent client, PyVISA, lists the bench, asks instruments and closes.
 
 Usage: pyvisa_client.py LIBRARY
 """
@@ -33,14 +33,14 @@ BUILT_IN = (
 )
 ALL_CALLS = {
     "viOpenDefaultRM", "viFindRsrc", "viFindNext", "viParseRsrc", "viParseRsrcEx",
-    "viOpen", "viClose", "viSetAttribute", "viGetAttribute", "viWrite",
-    "viRead", "viDisableEvent", "viDiscardEvents",
+    "viOpen", "viClose", "viSetAttribute", "viGetAttribute", "viStatusDesc",
+    "viWrite", "viRead", "viDisableEvent", "viDiscardEvents",
 }  # fmt: skip
 
 
 class PyVisaClient(unittest.TestCase):
     def setUp(self):
-        # What PyVISA warns of (an unexpected status, say) is a failure.
+        # A warning of PyVISA, for example about an unexpected status, is a failure.
         warnings.simplefilter("error")
         self.addCleanup(warnings.resetwarnings)
         folder = tempfile.TemporaryDirectory(dir=HOME.name)
@@ -158,7 +158,7 @@ class PyVisaClient(unittest.TestCase):
             caught.exception.error_code, constants.StatusCode.error_invalid_expression
         )
 
-    def test_sees_the_bad_day_of_the_bench(self):
+    def test_sees_a_failing_call(self):
         manager = self.manager(
             "resource ASRL{n}::INSTR repeat=3\nstatus viFindNext VI_ERROR_IO at=2\n"
         )
@@ -166,9 +166,13 @@ class PyVisaClient(unittest.TestCase):
             manager.list_resources()
         self.assertEqual(caught.exception.error_code, constants.StatusCode.error_io)
 
-    def test_needs_no_call_that_is_not_there_and_uses_each_that_is(self):
+    def test_uses_every_exported_call(self):
         manager = self.manager()
         manager.resource_info(manager.list_resources()[0], extended=False)
+        text, _ = manager.visalib.status_description(
+            manager.session, constants.StatusCode.error_timeout
+        )
+        self.assertEqual(text, "The time limit expired before the operation completed.")
         with manager.open_resource("GPIB0::20::INSTR") as instrument:
             instrument.timeout = 500
             self.assertEqual(instrument.timeout, 500)
