@@ -78,7 +78,7 @@ std::unique_ptr<TemporaryFile> writeCopyElsewhere(const TargetFile& target, std:
     std::unique_ptr<TemporaryFile> copy;
     for (const std::filesystem::path& place : {std::filesystem::path(home != nullptr ? home : ""),
                                                std::filesystem::temp_directory_path(ignored)}) {
-        const FileDescriptor folder = FileDescriptor::openFolder(place);
+        const FileDescriptor folder = FileDescriptor::openFolder(AT_FDCWD, place / ".");
         if (!copy && folder.isOpen() && !isAppendOnly(folder.get())) {
             writeTemporaryFile(folder.get(), target, bytes, {}, copy);
         }

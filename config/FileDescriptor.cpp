@@ -52,15 +52,18 @@ FileDescriptor FileDescriptor::openPatiently(int folder, const std::string& path
     }
 }
 
-FileDescriptor FileDescriptor::openFolder(const std::string& path)
+FileDescriptor FileDescriptor::openFolder(int folder, const std::string& path)
 {
-#ifdef O_PATH
+#if defined(O_PATH)
     constexpr int access = O_PATH;
+#elif defined(O_SEARCH)
+    constexpr int access = O_SEARCH;
 #else
     constexpr int access = O_RDONLY;
 #endif
+    constexpr int flags = access | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     return FileDescriptor(
-        uninterrupted([&path] { return ::open(path.c_str(), access | O_DIRECTORY | O_CLOEXEC); }));
+        uninterrupted([&] { return ::openat(folder, path.c_str(), flags, mode_t{0}); }));
 }
 
 bool FileDescriptor::close()

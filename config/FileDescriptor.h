@@ -47,8 +47,9 @@ public:
     /// about a second then. Without a lease it never waits.
     static FileDescriptor openPatiently(int folder, const std::string& path, int flags);
 
-    /// Opens a folder for calls like openat(); it need not be readable.
-    static FileDescriptor openFolder(const std::string& path);
+    /// Opens a folder, which must not be a symbolic link, for calls like openat(). It need not be
+    /// readable. A relative path is one below the given folder.
+    static FileDescriptor openFolder(int folder, const std::string& path);
 
     bool isOpen() const { return m_descriptor >= 0; }
     int get() const { return m_descriptor; }

@@ -7,6 +7,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <deque>
 #include <utility>
 
 namespace QvVisa {
@@ -25,19 +26,11 @@ bool mayFollow(int folder, const struct stat& link)
     return !isShared || link.st_uid == ::geteuid() || link.st_uid == status.st_uid;
 }
 
-/// The text of a symbolic link that may be followed. Nothing, with errno EINVAL, for a file of
-/// another kind; EACCES for a link that may not be followed.
-std::optional<std::filesystem::path> readLink(int folder, const std::string& name)
+/// The text of a symbolic link; nothing, with errno EACCES, when it may not be followed.
+std::optional<std::filesystem::path> readLink(int folder, const std::string& name,
+                                              const struct stat& link)
 {
-    struct stat status = {};
-    if (::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-        return std::nullopt;
-    }
-    if (!S_ISLNK(status.st_mode)) {
-        errno = EINVAL;
-        return std::nullopt;
-    }
-    if (!mayFollow(folder, status)) {
+    if (!mayFollow(folder, link)) {
         errno = EACCES;
         return std::nullopt;
     }
@@ -87,28 +80,46 @@ std::optional<TargetFile> TargetFile::open(const std::filesystem::path& path)
     return std::nullopt;
 }
 
-std::optional<TargetFile> TargetFile::resolve(std::filesystem::path path)
+std::optional<TargetFile> TargetFile::resolve(const std::filesystem::path& path)
 {
     constexpr int mostLinks = 40;
-    for (int links = 0; links <= mostLinks; ++links) {
-        TargetFile target;
-        target.m_path = path;
-        target.m_name = path.filename();
-        const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-        target.m_folder = FileDescriptor::openFolder(folder);
-        if (!target.m_folder.isOpen()) {
-            return std::nullopt;
+    int links = 0;
+    std::deque<std::string> names(path.begin(), path.end());
+    TargetFile target;
+    target.m_folder = FileDescriptor::openFolder(AT_FDCWD, ".");
+    errno = ENOENT;
+    while (target.m_folder.isOpen() && !names.empty()) {
+        const std::string name = names.front();
+        names.pop_front();
+        const bool isLast = names.empty();
+        if (name == "/") {
+            target.m_folder = FileDescriptor::openFolder(AT_FDCWD, name);
+            target.m_path = name;
+            continue;
         }
-        const auto link = readLink(target.m_folder.get(), target.m_name);
-        if (!link) {
-            if (errno == EINVAL || (errno == ENOENT && !target.m_name.empty())) {
-                return target; // Not a link, or nothing.
+        struct stat status = {};
+        const int folder = target.m_folder.get();
+        const bool exists = ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+        if (exists && S_ISLNK(status.st_mode)) {
+            const auto link = readLink(folder, name, status);
+            if (!link || ++links > mostLinks) {
+                errno = link ? ELOOP : errno;
+                return std::nullopt;
             }
+            names.insert(names.begin(), link->begin(), link->end());
+            continue;
+        }
+        if (isLast && (exists || errno == ENOENT) && !name.empty()) {
+            target.m_name = name;
+            target.m_path /= name;
+            return target;
+        }
+        if (isLast || !exists) {
             return std::nullopt;
         }
-        path = link->is_absolute() ? *link : path.parent_path() / *link;
+        target.m_folder = FileDescriptor::openFolder(folder, name);
+        target.m_path /= name;
     }
-    errno = ELOOP;
     return std::nullopt;
 }
 

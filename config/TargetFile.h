@@ -39,7 +39,7 @@ public:
     int folder() const { return m_folder.get(); }
     const std::string& name() const { return m_name; }
 
-    /// The path without symbolic links in its last component.
+    /// The path without symbolic links.
     const std::filesystem::path& path() const { return m_path; }
 
     /// True when the name in the folder still belongs to the opened file.
@@ -48,7 +48,7 @@ public:
 private:
     TargetFile() = default;
 
-    static std::optional<TargetFile> resolve(std::filesystem::path path);
+    static std::optional<TargetFile> resolve(const std::filesystem::path& path);
     bool openFile();
 
     FileDescriptor m_folder;

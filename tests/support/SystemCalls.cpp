@@ -35,7 +35,7 @@ State& state()
 }
 
 /// Notes the call and asks what is to become of it. The handler may throw.
-CallAnswer ask(const char* name, std::size_t size)
+CallAnswer ask(const char* name, std::size_t size, const char* path)
 {
     State& now = state();
     if (!now.isArmed) {
@@ -51,7 +51,7 @@ CallAnswer ask(const char* name, std::size_t size)
     };
     const Rearm rearm;
     now.isArmed = false;
-    return now.handler({name, static_cast<int>(now.names.size()), size});
+    return now.handler({name, static_cast<int>(now.names.size()), size, path});
 }
 
 /// The system's function of that name, or a sanitizer's that wraps it.
@@ -63,9 +63,10 @@ Function* next(const char* name)
 
 /// call moves as many bytes as it is told.
 template <typename Call>
-auto move(const char* name, std::size_t size, Call call) -> decltype(call(size))
+auto move(const char* name, std::size_t size, Call call, const char* path = "")
+    -> decltype(call(size))
 {
-    const CallAnswer answer = ask(name, size);
+    const CallAnswer answer = ask(name, size, path);
     if (answer.error != 0) {
         errno = answer.error;
         return -1;
@@ -81,9 +82,10 @@ auto move(const char* name, std::size_t size, Call call) -> decltype(call(size))
 }
 
 template <typename Call>
-auto pass(const char* name, Call call) -> decltype(call())
+auto pass(const char* name, Call call, const char* path = "") -> decltype(call())
 {
-    return move(name, 0, [&](std::size_t) { return call(); });
+    return move(
+        name, 0, [&](std::size_t) { return call(); }, path);
 }
 
 std::size_t half(std::size_t size)
@@ -230,7 +232,8 @@ int open(const char* path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = modeArgument(arguments);
     va_end(arguments);
-    return pass("open", [&] { return next<decltype(::open)>("open")(path, flags, mode); });
+    return pass(
+        "open", [&] { return next<decltype(::open)>("open")(path, flags, mode); }, path);
 }
 
 int openat(int folder, const char* path, int flags, ...)
@@ -239,14 +242,15 @@ int openat(int folder, const char* path, int flags, ...)
     va_start(arguments, flags);
     const mode_t mode = modeArgument(arguments);
     va_end(arguments);
-    return pass(isUnnamed(flags) ? "openat(O_TMPFILE)" : "openat",
-                [&] { return next<decltype(::openat)>("openat")(folder, path, flags, mode); });
+    return pass(
+        isUnnamed(flags) ? "openat(O_TMPFILE)" : "openat",
+        [&] { return next<decltype(::openat)>("openat")(folder, path, flags, mode); }, path);
 }
 
 int close(int file)
 {
     // A close that fails has closed the file, too.
-    const CallAnswer answer = ask("close", 0);
+    const CallAnswer answer = ask("close", 0, "");
     const int result = next<decltype(::close)>("close")(file);
     if (answer.error != 0) {
         errno = answer.error;

@@ -68,6 +68,27 @@ TEST_F(Links, InStickyFoldersAreFollowedOnlyIfOnesOwnOrTheFolderOwners)
     }
 }
 
+TEST_F(Links, ToFoldersInStickyFoldersFollowTheSameRule)
+{
+    if (!isRoot()) {
+        GTEST_SKIP() << "only root can make links of other users";
+    }
+    writeFile(m_home.home() / "visa.conf", s_old);
+    give(m_home.home(), support::ordinaryUser, support::ordinaryGroup);
+    give(m_home.home() / "visa.conf", support::ordinaryUser, support::ordinaryGroup);
+    fs::create_symlink("../home/.", folder() / "link");
+    give(folder(), s_folderOwner, 0);
+    permit(folder(), 01777);
+    for (const uid_t owner : {s_attacker, uid_t{support::ordinaryUser}}) {
+        give(folder() / "link", owner, 0);
+        const bool isFollowed = owner != s_attacker;
+        EXPECT_EQ(support::asOrdinaryUser(
+                      [this] { return writeFileAtomically(folder() / "link/visa.conf", s_new); }),
+                  isFollowed);
+        EXPECT_EQ(readFile(m_home.home() / "visa.conf"), isFollowed ? s_new : s_old);
+    }
+}
+
 TEST_F(Links, ThatOthersPutInPlaceDuringTheSaveAreNotFollowed)
 {
     if (!isRoot()) {
