@@ -146,13 +146,18 @@ private:
     std::string repairFile(const std::string& path)
     {
         std::string text;
+        bool isChanged = false;
         updateFile(
             path,
-            [&text](const std::string& before) {
+            [&](const std::string& before) {
                 text = lint::repaired(Document(before));
-                return text == before ? std::nullopt : std::optional<std::string>(text);
+                isChanged = text != before;
+                return isChanged ? std::optional<std::string>(text) : std::nullopt;
             },
             std::nullopt);
+        if (isChanged) {
+            m_context.output.message(Severity::Note, pathToUtf8(path) + ": repaired");
+        }
         return text;
     }
 

@@ -88,8 +88,8 @@ const std::vector<FindingKind>& findingKinds()
         {Code::TrailingCarriageReturn, error, true,
          "End the line with a line feed alone (Unix line ending)."},
         {Code::NotAResource, error, false,
-         "Write NAME=RESOURCE for an alias, a resource string alone for a resource, and '#' "
-         "before a comment."},
+         "Correct the resource string. An alias is written NAME=RESOURCE, and a comment begins "
+         "with '#'."},
         {Code::OutOfRange, error, false, "Correct the number."},
         {Code::PartMissing, error, false, "Add the part that is missing."},
         {Code::RefusedByPyVisa, warning, false,

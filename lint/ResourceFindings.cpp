@@ -38,25 +38,66 @@ bool isLowerCase(std::string_view text)
     return std::any_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
 }
 
-/// What the text would have to be changed to, as far as that can be seen.
-std::string explainUnknown(std::string_view text)
+bool isAddress(std::string_view text)
 {
-    const std::string name = quoted(text);
+    return text.find('.') != std::string_view::npos &&
+           text.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
+/// "COM3", the name of a serial port on another system.
+bool isComPort(std::string_view text)
+{
+    return beginsWithIgnoringCase(text, "COM") && isDecimal(text.substr(3));
+}
+
+/// What the text was probably meant to be, as the rest of a sentence; empty if that cannot be seen.
+std::string guessMeaning(std::string_view text)
+{
     if (text.find_first_of("\"'") != std::string_view::npos) {
-        return name + " is no resource string: quotation marks belong to the text.";
+        return "quotation marks belong to the text";
     }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (isSpace(text[i])) {
-            const std::size_t next = skipSpaces(text, i);
-            if (looksLikeResource(text.substr(next))) {
-                return name + " is no resource string: for an alias there has to be a '=' between "
-                              "the name and the resource string.";
-            }
-            break;
+    // Only what can be printed as it is, and is short, is repeated in a guess.
+    const bool isPlain = text.size() <= 40 && std::all_of(text.begin(), text.end(), [](char c) {
+                             return c > ' ' && c <= '~';
+                         });
+    const std::size_t nameEnd = text.find_first_of(" \t\v\f\r:");
+    if (nameEnd != std::string_view::npos) {
+        const std::size_t next = skipSpaces(text, nameEnd + 1);
+        if (looksLikeResource(text.substr(next))) {
+            return "for an alias there has to be a '=' between the name and the resource string";
         }
     }
-    return name + " is no resource string: it begins with none of the interfaces GPIB, TCPIP, "
-                  "USB, ASRL, QVIB, VXI and PXI.";
+    if (isPlain && isComPort(text)) {
+        return "a serial port is written 'ASRL" + std::string(text.substr(3)) + "::INSTR'";
+    }
+    if (isPlain && beginsWithIgnoringCase(text, "/dev/tty")) {
+        return "a serial port is written 'ASRL" + std::string(text) + "::INSTR'";
+    }
+    if (isPlain && isAddress(text)) {
+        return "an instrument in the network is written 'TCPIP0::" + std::string(text) +
+               "::inst0::INSTR'";
+    }
+    if (text.find("://") != std::string_view::npos) {
+        return "an instrument in the network is written 'TCPIP0::HOST::inst0::INSTR'";
+    }
+    return {};
+}
+
+std::string explainUnknown(std::string_view text)
+{
+    const std::string guess = guessMeaning(text);
+    return quoted(text) + " is no resource string: " +
+           (guess.empty() ? "it begins with none of the interfaces GPIB, TCPIP, USB, ASRL, QVIB, "
+                            "VXI and PXI"
+                          : guess) +
+           ".";
+}
+
+/// "meter:5025".
+bool isHostWithPort(std::string_view text)
+{
+    const std::size_t colon = text.find(':');
+    return colon != std::string_view::npos && colon > 0 && isDecimal(text.substr(colon + 1));
 }
 
 void judgeRange(const ResourceFault& fault, std::string_view part, std::size_t column,
@@ -104,7 +145,10 @@ void judgeFault(const ResourceFault& fault, std::string_view text, std::size_t o
                          quoted(part) + " is no IPv4 address: it has four numbers from 0 to 255.");
         } else {
             findings.add(FindingCode::NotAResource, column,
-                         intro + quoted(part) + " is neither a host name nor an IP address.");
+                         intro + quoted(part) +
+                             (isHostWithPort(part)
+                                  ? " has a port, which is written 'TCPIP0::HOST::PORT::SOCKET'."
+                                  : " is neither a host name nor an IP address."));
         }
         break;
     case ResourceProblem::ExtraPart:

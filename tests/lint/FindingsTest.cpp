@@ -10,6 +10,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -256,6 +257,30 @@ TEST(FindingsInLine, AreThoseOfTheLineAlone)
     EXPECT_EQ(findings[1].code, lint::FindingCode::OutOfRange);
     EXPECT_EQ(findings[1].line, 1U);
     EXPECT_EQ(findings[1].column, 12U);
+}
+
+// What people write in the place of a resource string is recognised.
+TEST(FindingsInLine, SayWhatAWrongResourceStringWasMeantToBe)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"DMM TCPIP0::h::inst0::INSTR", "has to be a '='"},
+        {"DMM:GPIB0::8::INSTR", "has to be a '='"},
+        {"DMM: GPIB0::8::INSTR", "has to be a '='"},
+        {"A=\"GPIB0::8::INSTR\"", "quotation marks"},
+        {"A=com12", "'ASRL12::INSTR'"},
+        {"A=/dev/ttyUSB0", "'ASRL/dev/ttyUSB0::INSTR'"},
+        {"A=10.0.0.7", "'TCPIP0::10.0.0.7::inst0::INSTR'"},
+        {"A=http://10.0.0.7/", "'TCPIP0::HOST::inst0::INSTR'"},
+        {"A=TCPIP0::meter:5025::SOCKET", "'TCPIP0::HOST::PORT::SOCKET'"},
+        {"A=COMPUTER", "begins with none of the interfaces"},
+        {"A=B:C", "begins with none of the interfaces"},
+    };
+    for (const auto& [line, hint] : rows) {
+        const std::vector<lint::Finding> findings = lint::findingsInLine(line);
+        ASSERT_EQ(findings.size(), 1U) << line;
+        EXPECT_EQ(findings[0].code, lint::FindingCode::NotAResource) << line;
+        EXPECT_NE(findings[0].message.find(hint), std::string::npos) << findings[0].message;
+    }
 }
 
 TEST(FindingTable, EachCodeHasAnExample)
