@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What people are given to read and to copy from must be read without a message.
+// The documentation, the sample and the built-in bench must be read without a message.
 
 #include "resourcemanager/VisaCalls.h"
 #include "simulator/BenchFile.h"
@@ -82,7 +82,7 @@ TEST(BenchDocuments, NamesEveryCallAndLimit)
               std::string::npos);
 }
 
-TEST(BenchDocuments, TheSampleIsABelievableBench)
+TEST(BenchDocuments, TheSampleIsReadWithoutMessages)
 {
     const BenchFile file = BenchFile::read(sourceFolder + "/simulator/sample-bench.txt");
     expectNoMessage(file);
@@ -100,7 +100,7 @@ TEST(BenchDocuments, TheSampleIsABelievableBench)
     EXPECT_EQ(file.bench().resources().size(), 15U);
 }
 
-TEST(BenchDocuments, TheBuiltInBenchHasEveryInterfaceInPlainText)
+TEST(BenchDocuments, TheBuiltInBenchHasEachInterface)
 {
     const BenchFile file = BenchFile::parse(simulator::builtinBench);
     expectNoMessage(file);

@@ -17,7 +17,7 @@
 
 using visa::VisaLibrary;
 
-/// Something of this program that a library can find, beside which its forwarders can not.
+/// An exported function, to show that the hidden forwarders are hidden for another reason.
 extern "C" [[gnu::visibility("default")]] int qvvisaExportedByTheTest()
 {
     return 1;
@@ -71,7 +71,7 @@ protected:
 
 constexpr ViUInt32 mostOf32 = std::numeric_limits<ViUInt32>::max();
 
-TEST_F(VisaForwarding, PassesEachCallOnUnchanged)
+TEST_F(VisaForwarding, ForwardsEachCallUnchanged)
 {
     ViSession session = 0;
     ViFindList list = 0;
@@ -93,7 +93,7 @@ TEST_F(VisaForwarding, PassesEachCallOnUnchanged)
     expectPassed("viClose", {5}, [] { return viClose(5); });
 }
 
-TEST_F(VisaForwarding, PassesExtremesOnUnchanged)
+TEST_F(VisaForwarding, ForwardsExtremeValuesUnchanged)
 {
     constexpr auto mostOfWord = std::numeric_limits<ViAttrState>::max();
     expectPassed("viOpenDefaultRM", {0}, [] { return viOpenDefaultRM(nullptr); });

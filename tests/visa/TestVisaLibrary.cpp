@@ -28,7 +28,7 @@ std::string libraryLacking(const std::string& call)
     return QVVISA_STUB_FOLDER "/lacking_" + call + "/" QVVISA_STUB_FILE;
 }
 
-/// Asks without loading.
+/// Does not load the library.
 bool isLoaded(const std::string& path)
 {
     void* library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
@@ -74,7 +74,7 @@ void expectFound(const VisaLibrary& library, const std::string& path)
     EXPECT_EQ(fileOf(library.calls().close), path);
 }
 
-TEST(VisaLibrary, LooksInThesePlacesInThisOrder)
+TEST(VisaLibrary, CandidatesAreInTheDocumentedOrder)
 {
 #ifdef __APPLE__
     const std::vector<std::string> expected{"libqvvisa.dylib",
@@ -109,7 +109,7 @@ TEST(VisaLibrary, KeepsTheChosenLibraryLoaded)
     EXPECT_TRUE(isLoaded(completeLibrary()));
 }
 
-TEST(VisaLibrary, ShowsTheLibrarysFunctionsToNobodyElse)
+TEST(VisaLibrary, KeepsTheLibrarysSymbolsLocal)
 {
     const VisaLibrary library({completeLibrary()});
     ASSERT_TRUE(library.isFound());
@@ -121,10 +121,10 @@ TEST(VisaLibrary, ShowsTheLibrarysFunctionsToNobodyElse)
 class VisaLibraryLacking : public testing::TestWithParam<std::string>
 {};
 
-TEST_P(VisaLibraryLacking, IsPassedOverAndUnloaded)
+TEST_P(VisaLibraryLacking, IsSkippedAndUnloaded)
 {
     const std::string path = libraryLacking(GetParam());
-    // It would load, and it has the other five.
+    // It can be loaded and has the other five calls.
     void* loaded = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(loaded, nullptr) << ::dlerror();
     for (const std::string& call : calls) {
@@ -156,7 +156,7 @@ TEST(VisaLibrary, TakesTheFirstOfSeveralThatQualify)
     expectFound(VisaLibrary({second, first}), second);
 }
 
-/// Files that no loader takes.
+/// Files that cannot be loaded.
 class UnfitFile : public testing::TestWithParam<std::string>
 {
 protected:
@@ -178,7 +178,7 @@ protected:
         }
     }
 
-    /// A library in every way but the processor that its header names.
+    /// A library for another processor, by its header.
     static std::string otherMachines()
     {
 #ifdef __APPLE__
@@ -195,7 +195,7 @@ protected:
     const std::string m_path;
 };
 
-TEST_P(UnfitFile, IsPassedOver)
+TEST_P(UnfitFile, IsSkipped)
 {
     expectNothingFound(VisaLibrary({m_path}));
     expectFound(VisaLibrary({m_path, completeLibrary()}), completeLibrary());
@@ -206,7 +206,7 @@ INSTANTIATE_TEST_SUITE_P(EachKind, UnfitFile,
                                          "DanglingLink", "Missing"),
                          [](const auto& each) { return each.param; });
 
-TEST(VisaLibrary, FindsNothingAmongNoCandidates)
+TEST(VisaLibrary, FindsNothingWithoutCandidates)
 {
     expectNothingFound(VisaLibrary({}));
 }

@@ -23,7 +23,7 @@ constexpr const char* searchVariable = "LD_LIBRARY_PATH";
 const std::string lacking = QVVISA_STUB_FOLDER "/lacking_viParseRsrc/" QVVISA_STUB_FILE;
 const std::string complete = QVVISA_STUB_FOLDER "/complete/" QVVISA_STUB_FILE;
 
-/// A process of its own for each search, since a process searches once.
+/// Each search runs in a new process, since a process searches once.
 class VisaLibrarySearch : public testing::Test
 {
 protected:
@@ -41,7 +41,7 @@ protected:
     }
     std::filesystem::path loads() const { return m_folder.path() / "loads"; }
 
-    /// Puts a library where the loader looks first.
+    /// Copies a library to a folder of the search path.
     void install(const std::string& library, const std::string& name,
                  const std::string& where = "one") const
     {
@@ -80,7 +80,7 @@ protected:
     support::TemporaryFolder m_folder;
 };
 
-TEST_F(VisaLibrarySearch, FindsItsOwnLibraryOnTheSearchPath)
+TEST_F(VisaLibrarySearch, FindsOurLibraryOnTheSearchPath)
 {
     const std::string name = visa::VisaLibrary::candidates().front();
     install(complete, name);
@@ -91,7 +91,7 @@ TEST_F(VisaLibrarySearch, FindsItsOwnLibraryOnTheSearchPath)
 }
 
 #ifndef __APPLE__
-TEST_F(VisaLibrarySearch, PrefersItsOwnLibraryToOthers)
+TEST_F(VisaLibrarySearch, PrefersOurLibraryToOthers)
 {
     install(complete, "libvisa.so");
     install(complete, "libvisa.so.0");
@@ -99,7 +99,7 @@ TEST_F(VisaLibrarySearch, PrefersItsOwnLibraryToOthers)
     EXPECT_EQ(probe()["file"], folder("one") / "libqvvisa.so");
 }
 
-TEST_F(VisaLibrarySearch, LooksForOneNameEverywhereBeforeTheNext)
+TEST_F(VisaLibrarySearch, SearchesTheWholePathForEachName)
 {
     ::setenv(searchVariable, (folder("one").string() + ":" + folder("two").string()).c_str(), 1);
     install(complete, "libvisa.so.0", "one");
@@ -107,7 +107,7 @@ TEST_F(VisaLibrarySearch, LooksForOneNameEverywhereBeforeTheNext)
     EXPECT_EQ(probe()["file"], folder("two") / "libqvvisa.so");
 }
 
-TEST_F(VisaLibrarySearch, TakesTheStandardsNameWithItsVersionFirst)
+TEST_F(VisaLibrarySearch, PrefersTheVersionedStandardName)
 {
     install(complete, "libvisa.so");
     EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so");
@@ -115,7 +115,7 @@ TEST_F(VisaLibrarySearch, TakesTheStandardsNameWithItsVersionFirst)
     EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so.0");
 }
 
-TEST_F(VisaLibrarySearch, PassesOverWhatDoesNotQualify)
+TEST_F(VisaLibrarySearch, SkipsLibrariesThatDoNotQualify)
 {
     install(lacking, "libqvvisa.so");
     support::writeFile(folder("one") / "libvisa.so.0", "This is no library.\n");
@@ -169,7 +169,7 @@ TEST_F(VisaLibrarySearch, TriesTheFinderLast)
     EXPECT_EQ(probe("", QVVISA_PROBE_WITH_FINDER)["file"], folder("one") / lastOther);
 }
 
-TEST_F(VisaLibrarySearch, SearchesOnceHoweverManyThreadsAsk)
+TEST_F(VisaLibrarySearch, SearchesOnceForAllThreads)
 {
     const auto& candidates = visa::VisaLibrary::candidates();
     install(lacking, candidates.front());
