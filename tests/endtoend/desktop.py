@@ -273,7 +273,7 @@ class Desktop:
         self.xdotool("type", "--delay", 4, text)
 
     def retype(self, text):
-        """Replaces what stands in the line edit that has the keyboard."""
+        """Replaces the text of the line edit that has the focus."""
         self.key("ctrl+a")
         self.type(text)
 

@@ -45,10 +45,10 @@ class Program:
     executable: the built program. libraries: where the loader looks for a VISA library before it
     looks where the system says, LD_LIBRARY_PATH; empty for nowhere. content: the bytes of the
     configuration file that QVVISACONFFILE names, or None to leave the file as it is. bench: what
-    the stand-in reports. file, settings: where those are kept when not in the desktop's own
+    the simulator reports. file, settings: where those are kept when not in the desktop's own
     folder. With neither file nor content there is no configuration file, and the variable is not
-    set. around: a command that starts the program, given behind it. environment: variables that
-    the program gets besides."""
+    set. around: a command that starts the program, which is appended to it. environment: more
+    variables of the program."""
 
     def __init__(self, desktop, executable, libraries="", content=None, bench="", file=None,
                  settings=None, around=(), environment=None):
@@ -87,7 +87,7 @@ class Program:
         self.main = self.desktop.window(MAIN)
 
     def wait_scanned(self):
-        """Waits until the search of the start-up is over, as the stand-in library logs it."""
+        """Waits until the search of the start-up is over, as the simulator logs it."""
         wait_for(lambda: "viClose(1) -> VI_SUCCESS\n" in self.calls(),
                  "the search for instruments to end")
 
@@ -97,14 +97,14 @@ class Program:
                  "the search for instruments to begin")
 
     def wait_ended(self):
-        """Waits until the program has ended by itself, well and without a word."""
+        """Waits until the program has ended by itself, with exit code 0 and without output."""
         wait_for(lambda: self._process.poll() is not None, "the program to end")
         words = own_words(self.desktop.output_of(self._executable.name))
         expect_equal((self._process.returncode, words), (0, []),
                      "exit code and output of the program")
 
     def calls(self):
-        """The calls to the stand-in library since the start, as it logs them."""
+        """The calls to the simulator since the start, as it logs them."""
         return self._calls.read_text()
 
     def end_by(self, number):
@@ -192,7 +192,7 @@ class Program:
         """Fills the composer that has been opened and answers OK.
 
         interface: place in the list of interface types, from 0. alias: None to leave it. fields:
-        texts by how many tab stops behind the interface type they stand."""
+        texts by their number of tab stops after the interface type."""
         self.desktop.window(COMPOSER)
         if alias is not None:
             self.desktop.retype(alias)

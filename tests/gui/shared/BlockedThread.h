@@ -10,9 +10,8 @@
 
 namespace guitest {
 
-/// Watches, from another thread, whether the thread that made it stands still in a system call, as
-/// it does at a taken lock. Where the system does not tell (only Linux does), it counts as
-/// standing still.
+/// Reports to another thread whether the thread that constructed it is blocked in a system call, as it is
+/// when it waits for a lock. On systems other than Linux it always counts as blocked.
 class BlockedThread
 {
 public:

@@ -11,8 +11,8 @@
 
 namespace guitest {
 
-/// The library's log, with RM for the number of its first session and LIST for the first find
-/// list's: no number comes twice in a process.
+/// The simulator's log, with RM for the number of its first session and LIST for that of its first
+/// find list, which differ from case to case.
 inline QStringList namedCalls(const support::BenchFixture& bench)
 {
     QStringList calls;

@@ -8,7 +8,7 @@
 
 namespace guitest {
 
-/// The records as a test states and prints them, by rising number:
+/// The records in ascending order:
 /// "1=9600,8,0,0,0 3=300,7,2,1,6" for ports (baud rate, data bits, stop bits, parity, flow
 /// control), "0=5,65535,1" for boards (primary, secondary address, system controller).
 inline QString text(const QvVisa::SerialPropertiesMap& ports)
