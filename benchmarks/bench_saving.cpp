@@ -2,6 +2,8 @@
 // Saving a configuration of 100 and of 100,000 lines:
 //   saveStore        the store's save(), to the disk
 //   writeAndFlush    the floor: one write of the same bytes to an open file, and fsync
+//   createAndFlush   what a new file costs that survives a power cut: the same in a new file, and
+//                    fsync of its folder
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationFile.h"
 #include "tests/support/Files.h"
@@ -12,6 +14,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -42,20 +45,43 @@ void saveStore(benchmark::State& state)
 }
 BENCHMARK(saveStore)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
+bool writeAndFlush(const std::string& path, const std::string& bytes)
+{
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const bool isWritten =
+        ::write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) &&
+        ::fsync(file) == 0;
+    ::close(file);
+    return isWritten;
+}
+
 void writeAndFlush(benchmark::State& state)
 {
     generate(state);
     const std::string bytes = support::readFile(path());
-    const std::string plain = path() + ".plain";
     for (auto _ : state) {
-        const int file = ::open(plain.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-        if (::write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
-            ::fsync(file) != 0) {
+        if (!writeAndFlush(path() + ".plain", bytes)) {
             state.SkipWithError("the floor's write failed");
         }
-        ::close(file);
     }
 }
 BENCHMARK(writeAndFlush)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void createAndFlush(benchmark::State& state)
+{
+    generate(state);
+    const std::string bytes = support::readFile(path());
+    const std::string created = path() + ".created";
+    const int folder = ::open(std::filesystem::path(path()).parent_path().c_str(),
+                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    for (auto _ : state) {
+        std::filesystem::remove(created);
+        if (!writeAndFlush(created, bytes) || ::fsync(folder) != 0) {
+            state.SkipWithError("creating failed");
+        }
+    }
+    ::close(folder);
+}
+BENCHMARK(createAndFlush)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
