@@ -30,6 +30,11 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationVersion(version());
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    // Otherwise a 150 % desktop gets windows at 200 %, larger than its screen.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+#endif
     const QApplication application(argc, argv);
     gui::MainWindow window(nullptr);
     window.show();

@@ -62,11 +62,12 @@ class Desktop:
 
     folder: a scratch folder for everything that runs here, removed at the end.
     failures: where a screenshot goes when the with block is left by an exception, or None.
-    size: of the screen."""
+    size: of the screen. dots: an inch, as a desktop's scaling sets it: 96 is 100 %."""
 
-    def __init__(self, failures=None, size=(1280, 900)):
+    def __init__(self, failures=None, size=(1280, 900), dots=96):
         self.failures = failures
         self.size = size
+        self.dots = dots
         self._processes = []
         self._last_click = None
         self.folder = None
@@ -76,6 +77,8 @@ class Desktop:
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="qvvisa-desktop-"))
         try:
             self._start_display()
+            self.read(["xprop", "-root", "-format", "RESOURCE_MANAGER", "8s", "-set",
+                       "RESOURCE_MANAGER", f"Xft.dpi:\t{self.dots}\n"])
             self._start_window_manager()
         except BaseException:
             self._end()

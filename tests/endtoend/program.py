@@ -20,9 +20,10 @@ TOOL_BAR_Y = 20
 TOOL_BAR_X = {"add": 29, "remove": 63, "edit": 97, "find": 131, "properties": 172, "save": 213,
               "close": 247}
 RED_TOOLS = {"remove", "close"}
-FIRST_ROW_Y = 86
-ROW_HEIGHT = 31
+FIRST_ROW_Y = 85
+ROW_HEIGHT = 30
 COLUMN_X = {"resource": 40, "alias": 560}
+SELECTION = (48, 140, 198)
 BELOW_THE_ROWS = (300, 380)
 
 # The find dialog's list likewise.
@@ -131,6 +132,17 @@ class Program:
     def select(self, row):
         self.desktop.click(self.main, self.cell(row))
 
+    def select_by_keyboard(self, colour=SELECTION):
+        """Presses Down until a row is selected, whatever the scale; there must be two rows.
+
+        colour: of a selected row."""
+        def is_selected():
+            # The first keys are lost if the window has not got the focus yet.
+            self.desktop.key("Down")
+            _, _, width, height = self.desktop.geometry(self.main)
+            return colour in self.desktop.colours(self.main, (0, 0, width, height))
+        wait_for(is_selected, "a row to be selected")
+
     def edit_cell(self, row, column, text):
         """Double click, type, Return."""
         self.desktop.click(self.main, self.cell(row, column), times=2)
@@ -153,7 +165,7 @@ class Program:
             for name, x in TOOL_BAR_X.items()}
 
         def is_red(name):
-            return any(red > 200 and max(green, blue) < 120 for red, green, blue in colours[name])
+            return any(red > 200 and max(green, blue) < 140 for red, green, blue in colours[name])
         reds = {name for name in TOOL_BAR_X if is_red(name)}
         return colours if RED_TOOLS <= reds and "add" not in reds else None
 

@@ -10,8 +10,10 @@ import traceback
 from desktop import Desktop
 
 
-def run(*scenarios):
+def run(*scenarios, **options):
     """Calls each scenario with a new desktop; ends the process with 1 if one of them failed.
+
+    options: of the desktop.
 
     A screenshot of the failure goes to a folder below QVVISA_RESULTS that is named after it."""
     failed = 0
@@ -20,7 +22,7 @@ def run(*scenarios):
         failures = pathlib.Path(os.environ["QVVISA_RESULTS"]) / name
         start = time.monotonic()
         try:
-            with Desktop(failures) as desktop:
+            with Desktop(failures, **options) as desktop:
                 scenario(desktop)
         except Exception:
             failed += 1

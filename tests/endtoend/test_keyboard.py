@@ -56,7 +56,8 @@ def every_action_works_by_keys(desktop):
     user.expect_file(BEFORE)
     desktop.key("Tab", "space")
     user.wait_file(AFTER)
-    desktop.key("Tab", "shift+Tab", "space")
+    # Save leaves the focus in the table.
+    desktop.key("shift+Tab", "space")
     user.wait_ended()
     user.expect_file(AFTER)
 

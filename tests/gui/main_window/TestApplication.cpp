@@ -4,6 +4,7 @@
 #include "tests/support/Children.h"
 #include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
+#include "Version.h"
 
 #include <QAction>
 #include <QApplication>
@@ -82,7 +83,7 @@ void TestApplication::saysWhoItIs()
     QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Quorvane"));
     QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("quorvane.com"));
     QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("QvVisaConfigure"));
-    QCOMPARE(QCoreApplication::applicationVersion(), QStringLiteral("5.12.1"));
+    QCOMPARE(QCoreApplication::applicationVersion(), QLatin1String(qvvisa::versionText));
 }
 
 void TestApplication::keepsItsSettingsUnderThatName()
@@ -100,7 +101,8 @@ void TestApplication::showsOneWindow()
     }
     QCOMPARE(shown, 1);
     QCOMPARE(window().parent(), nullptr);
-    QCOMPARE(window().windowTitle(), QStringLiteral("QvVisaConfigure - 5.12.1"));
+    QCOMPARE(window().windowTitle(),
+             QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
     QVERIFY(QApplication::quitOnLastWindowClosed());
 }
 
@@ -114,6 +116,9 @@ void TestApplication::drawsForDenseScreens()
 {
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+    // Rounded, 150 % would be drawn as 200 %.
+    QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(),
+             Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
 
 void TestApplication::endsWithItsWindow()
