@@ -1,9 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "gui/CellDelegate.h"
 
-#include <QWidget>
+#include <QLineEdit>
+#include <QStyle>
 
 namespace gui {
+
+namespace {
+
+/// The distance of a cell's text from the cell's edge.
+int textMargin(const QWidget& view)
+{
+    return view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1;
+}
+
+/// The distance of a line edit's text from the line edit's edge.
+int ownMargin(const QLineEdit& edit)
+{
+    const int frame = edit.hasFrame()
+                          ? edit.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, &edit)
+                          : 0;
+    return frame + 2;
+}
+
+} // namespace
 
 QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                     const QModelIndex& index) const
@@ -12,6 +32,11 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     if (editor != nullptr) {
         editor->setAccessibleName(
             index.model()->headerData(index.column(), Qt::Horizontal).toString());
+    }
+    if (auto* edit = qobject_cast<QLineEdit*>(editor);
+        edit != nullptr && option.widget != nullptr) {
+        const int margin = textMargin(*option.widget) - ownMargin(*edit);
+        edit->setTextMargins(margin, 0, margin, 0);
     }
     return editor;
 }

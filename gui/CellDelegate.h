@@ -5,7 +5,8 @@
 
 namespace gui {
 
-/// Qt's delegate whose cell editors have the title of their column as accessible name.
+/// Qt's delegate whose cell editors have the title of their column as accessible name and keep the
+/// text in its place.
 class CellDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

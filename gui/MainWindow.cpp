@@ -3,16 +3,20 @@
 
 #include "ui_MainWindow.h"
 
-#include "Version.h"
 #include "gui/CellDelegate.h"
+#include "gui/DisabledIcon.h"
 #include "gui/ResourceDialog.h"
+#include "gui/ResourceString.h"
+#include "gui/TableStyle.h"
 #include "gui/WindowSettings.h"
+#include "Version.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QMessageBox>
 #include <QToolButton>
 
+#include <algorithm>
 #include <system_error>
 
 namespace gui {
@@ -22,6 +26,21 @@ namespace {
 WindowSettings windowSettings()
 {
     return WindowSettings(QStringLiteral("MainWindow"));
+}
+
+/// The width of a cell that shows a long, but usual, resource string.
+int usualResourceWidth(const QTableView& table)
+{
+    const int margin =
+        table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
+    return table.fontMetrics().horizontalAdvance(longUsualResourceString()) + 2 * margin + 1;
+}
+
+/// The nearest point within the rectangle.
+QPoint nearestPoint(const QRect& rect, const QPoint& point)
+{
+    return {std::clamp(point.x(), rect.left(), rect.right()),
+            std::clamp(point.y(), rect.top(), rect.bottom())};
 }
 
 } // namespace
@@ -58,18 +77,37 @@ void MainWindow::startScan()
 void MainWindow::setupUi()
 {
     setWindowTitle(QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
-    QTableView& table = *m_ui->resourceView;
-    table.setModel(&m_model);
-    table.setItemDelegate(new CellDelegate(&table));
-    table.horizontalHeader()->setStretchLastSection(true);
-    table.resizeColumnsToContents();
-    m_model.m_selectionModel = table.selectionModel();
+    setupTable();
+    m_model.m_selectionModel = m_ui->resourceView->selectionModel();
     refreshButtonStatus();
     m_ui->actionSave->setEnabled(m_model.isDirty());
+    for (QAction* action : m_ui->toolBar->actions()) {
+        action->setIcon(withDisabledPixmaps(action->icon()));
+    }
     // The actions have no shortcuts, so the Tab key must reach their buttons.
     for (QToolButton* button : m_ui->toolBar->findChildren<QToolButton*>()) {
         button->setFocusPolicy(Qt::TabFocus);
     }
+    // Made before the connection to the model's save(), so that this runs first.
+    connect(m_ui->actionSave, &QAction::triggered, this, &MainWindow::finishCellEdit);
+}
+
+void MainWindow::setupTable()
+{
+    QTableView& table = *m_ui->resourceView;
+    TableStyle::apply(table);
+    table.setModel(&m_model);
+    table.setItemDelegate(new CellDelegate(&table));
+    // The model has no titles for rows.
+    table.verticalHeader()->hide();
+    QHeaderView& header = *table.horizontalHeader();
+    header.setStretchLastSection(true);
+    header.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    header.setHighlightSections(false);
+    table.resizeColumnsToContents();
+    header.resizeSection(ConfigurationModel::ResourceColumn,
+                         std::max(header.sectionSize(ConfigurationModel::ResourceColumn),
+                                  usualResourceWidth(table)));
 }
 
 void MainWindow::setupConnections()
@@ -108,12 +146,24 @@ void MainWindow::selectionChanged(const QItemSelection&, const QItemSelection&)
 
 void MainWindow::modelDirtyFlagChanged(bool bDirty)
 {
+    // Disabling a button with the focus would pass the focus on to "Close".
+    const QWidget* saveButton = m_ui->toolBar->widgetForAction(m_ui->actionSave);
+    if (!bDirty && saveButton != nullptr && saveButton->hasFocus()) {
+        m_ui->resourceView->setFocus();
+    }
     m_ui->actionSave->setEnabled(bDirty);
 }
 
 void MainWindow::tablePopupMenu(QPoint pos)
 {
-    const QModelIndex index = m_ui->resourceView->indexAt(pos);
+    QTableView& table = *m_ui->resourceView;
+    const QRect visible = table.viewport()->rect();
+    if (!visible.contains(pos)) {
+        // From the keyboard, for a row that is scrolled out of view.
+        table.scrollTo(table.currentIndex());
+        pos = nearestPoint(visible, table.visualRect(table.currentIndex()).center());
+    }
+    const QModelIndex index = table.indexAt(pos);
     m_popupMenu = std::make_unique<QMenu>(this);
     m_popupMenu->addAction(m_ui->actionAdd_Resource);
     if (index.row() >= 0) {
@@ -122,7 +172,7 @@ void MainWindow::tablePopupMenu(QPoint pos)
         m_popupMenu->addSeparator();
         m_popupMenu->addAction(m_ui->actionFind);
     }
-    m_popupMenu->popup(m_ui->resourceView->viewport()->mapToGlobal(pos));
+    m_popupMenu->popup(table.viewport()->mapToGlobal(pos));
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

@@ -41,6 +41,7 @@ private slots:
 
 private:
     void setupUi();
+    void setupTable();
     void setupConnections();
     void startScan();
     void finishCellEdit();

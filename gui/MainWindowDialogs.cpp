@@ -15,6 +15,7 @@ void MainWindow::rsrcStringEditor()
     RsrcStringEditor editor(this);
     if (editor.exec() != QDialog::Rejected) {
         m_model.add(editor.getRsrcString(), editor.getAlias());
+        m_ui->resourceView->scrollToBottom();
     }
 }
 

@@ -4,6 +4,7 @@
 #include "ui_PropertyDialog.h"
 
 #include "config/ModernConfigurationFile.h"
+#include "gui/SelectAllOnFocus.h"
 #include "gui/WindowSettings.h"
 #include "model/ConfigurationModel.h"
 
@@ -37,6 +38,7 @@ PropertyDialog::PropertyDialog(ConfigurationModel& model, QWidget* parent)
     setupSerialInterface();
     setupUi();
     m_ui->providerEdit->setText(QString::number(m_model.getProvider()));
+    new SelectAllOnFocus(*m_ui->providerEdit);
     setupConnections();
 }
 

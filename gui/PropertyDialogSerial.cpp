@@ -6,6 +6,8 @@
 
 #include "gui/VisaSearch.h"
 
+#include <QTextDocument>
+
 #include <array>
 #include <cstdint>
 
@@ -51,6 +53,13 @@ std::uint8_t flowControlCode(int index)
                                           : s_lastFlowControlCode;
 }
 
+/// A tool tip in one line; a name from the library is never taken as rich text.
+QString wholeName(const QString& resource)
+{
+    return resource.isEmpty() ? QString()
+                              : Qt::convertFromPlainText(resource, Qt::WhiteSpaceNoWrap);
+}
+
 } // namespace
 
 void PropertyDialog::setupSerialInterface()
@@ -63,6 +72,8 @@ void PropertyDialog::setupSerialInterface()
     // The first one added becomes current and shows its settings.
     for (const SerialPort& port : findSerialPorts()) {
         m_ui->comboBoxSerialInterface->addItem(port.resource, uint{port.interfaceNumber});
+        m_ui->comboBoxSerialInterface->setItemData(m_ui->comboBoxSerialInterface->count() - 1,
+                                                   wholeName(port.resource), Qt::ToolTipRole);
     }
     if (m_ui->comboBoxSerialInterface->count() == 0) {
         m_ui->tabAsrlProperties->setEnabled(false);
@@ -120,6 +131,9 @@ void PropertyDialog::serialInterfaceChanged(int iIndex)
         UpdateVisaSerialSettings(m_serialProperties[serialInterfaceNumber(iIndex)]);
     }
     m_currentSerialIndex = iIndex;
+    // The closed list is narrower than long names, which may differ in their last characters.
+    m_ui->comboBoxSerialInterface->setToolTip(
+        wholeName(m_ui->comboBoxSerialInterface->currentText()));
 }
 
 void PropertyDialog::setDefaultOs()

@@ -6,6 +6,7 @@
 #include "gui/VisaSearch.h"
 #include "gui/WindowSettings.h"
 
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QPushButton>
 
@@ -63,7 +64,8 @@ void ResourceDialog::setupUi()
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     // Not under s_resourceListMutex: a dialog is constructed without waiting for a running scan.
     m_ui->rsrcList->addItems(copyCache());
-    m_ui->buttonBox->button(QDialogButtonBox::Ok)->setText(tr("Select"));
+    m_ui->buttonBox->button(QDialogButtonBox::Ok)
+        ->setText(QCoreApplication::translate("ResourceDialog", "Select"));
 }
 
 void ResourceDialog::setupConnections()

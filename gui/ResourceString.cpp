@@ -36,6 +36,11 @@ QString socketPort()
     return QStringLiteral("5025");
 }
 
+QString longUsualResourceString()
+{
+    return QStringLiteral("TCPIP0::192.168.100.100::inst0::INSTR");
+}
+
 QString composeResourceString(InterfaceType type, const ResourceParts& typed)
 {
     const ResourceParts parts = trimmed(typed);

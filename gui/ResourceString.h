@@ -35,6 +35,9 @@ QString hiSlipPort();
 /// The port that is offered for a raw socket.
 QString socketPort();
 
+/// A resource string as long as most are, for widths that must show one.
+QString longUsualResourceString();
+
 /// Composes a resource string. Parts that the interface does not use are ignored, empty parts are
 /// inserted as empty text, and nothing is checked. Parts are trimmed, except for the port of
 /// HiSLIP. A type outside the enumeration gives an empty string. Any thread.

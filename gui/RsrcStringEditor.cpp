@@ -9,6 +9,7 @@
 
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
+#include <QStyle>
 
 namespace gui {
 
@@ -16,6 +17,9 @@ namespace {
 
 /// Deliberately beyond the list: the group for GPIB boards is never shown.
 constexpr int s_gpibIndex = 6;
+
+/// What a line edit leaves free on both sides of its text, and its cursor, in pixels.
+constexpr int s_textMargins = 6;
 
 WindowSettings windowSettings()
 {
@@ -50,6 +54,10 @@ RsrcStringEditor::~RsrcStringEditor()
 void RsrcStringEditor::setupUi()
 {
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    // With a large font the field would otherwise show only the end of most resource strings.
+    const int frame = 2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth) + s_textMargins;
+    m_ui->RsrcEdit->setMinimumWidth(
+        m_ui->RsrcEdit->fontMetrics().horizontalAdvance(longUsualResourceString()) + frame);
 
     // In the order of InterfaceType.
     m_ui->IfcComboBox->addItems({QStringLiteral("VXI-11"), QStringLiteral("HiSlip"),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The icons as they are drawn on light and on dark backgrounds, enabled and disabled.
-#include "tests/gui/main_window/MainWindowCase.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
 #include <QDir>
 #include <QIcon>
@@ -10,8 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
-
-using guitest::MainWindowCase;
 
 namespace {
 
@@ -63,7 +60,7 @@ std::pair<int, QRect> pixels(const QImage& image, Condition condition)
 
 } // namespace
 
-class TestIcons : public guitest::WindowTest
+class TestIcons : public guitest::MainWindowTest
 {
     Q_OBJECT
 
@@ -141,9 +138,8 @@ void TestIcons::disabledActionIsPlainToSee()
 {
     QFETCH(const QByteArray, action);
     QFETCH(const QRgb, background);
-    MainWindowCase test(configuration(), "ASRL1::INSTR\n");
-    test.show();
-    const QIcon icon = test.action(action.constData()).icon();
+    start("ASRL1::INSTR\n");
+    const QIcon icon = this->action(action.constData()).icon();
     double enabled = 1;
     double disabled = 1;
     const QImage off = painted(icon, 24, QIcon::Disabled, background);

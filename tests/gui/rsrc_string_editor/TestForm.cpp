@@ -22,6 +22,7 @@ private slots:
     void noTextIsCutOff_data();
     void noTextIsCutOff();
     void longResourceStringIsShownWhole();
+    void usualResourceStringIsShownWholeInALargeFont();
     void hiddenFieldsLeaveNoGaps_data() { addInterfaces(); }
     void hiddenFieldsLeaveNoGaps();
     void restoresSizeAndPosition();
@@ -133,6 +134,16 @@ void TestForm::longResourceStringIsShownWhole()
     QCoreApplication::processEvents();
     QVERIFY(edit("RsrcEdit").fontMetrics().horizontalAdvance(resource()) <
             edit("RsrcEdit").width());
+}
+
+void TestForm::usualResourceStringIsShownWholeInALargeFont()
+{
+    const guitest::FontSize fontSize(guitest::FontSize::large);
+    open();
+    setResource("TCPIP0::192.168.100.100::inst0::INSTR");
+    QCoreApplication::processEvents();
+    QVERIFY(edit("RsrcEdit").fontMetrics().horizontalAdvance(resource()) <
+            edit("RsrcEdit").width() - 4);
 }
 
 void TestForm::hiddenFieldsLeaveNoGaps()

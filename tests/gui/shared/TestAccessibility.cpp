@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a screen reader is told of the windows' controls.
+// The names that a screen reader gets for the windows' controls.
 #include "tests/gui/main_window/MainWindowCase.h"
 #include "tests/gui/property_dialog/PropertyDialogCase.h"
 #include "tests/gui/resource_dialog/ResourceDialogCase.h"
@@ -10,6 +10,7 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QGroupBox>
+#include <QLabel>
 
 #include <algorithm>
 
@@ -41,7 +42,7 @@ bool isControl(QAccessible::Role role)
     }
 }
 
-/// A control as it is told: the widget and its name.
+/// A control of the accessibility tree.
 struct Control
 {
     const QWidget* widget;
@@ -62,7 +63,7 @@ bool isPartOfControl(const QWidget& widget)
     return parent != nullptr && (isControlWidget(*parent) || isPartOfControl(*parent));
 }
 
-/// Whether the label is a group of several controls: its title tells none of them.
+/// Whether the label is a group of several controls: its title names none of them.
 bool isGroupOfMany(const QAccessibleInterface& label)
 {
     const auto* group = qobject_cast<const QGroupBox*>(label.object());
@@ -75,17 +76,14 @@ bool isGroupOfMany(const QAccessibleInterface& label)
            }) > 1;
 }
 
-/// What is told of a control. Of a combo box that is its choice; what it is a choice of is told by
-/// its labels on Linux, elsewhere by its name.
+/// The name of a control. For a combo box on Linux that is its choice, and its labels name it.
 QString nameOf(const QAccessibleInterface& control)
 {
     if (control.role() != QAccessible::ComboBox) {
         return control.text(QAccessible::Name);
     }
     const auto relations = control.relations(QAccessible::Label);
-    const auto* widget = qobject_cast<const QWidget*>(control.object());
-    if (widget->accessibleName().isEmpty() ||
-        std::all_of(relations.begin(), relations.end(),
+    if (std::all_of(relations.begin(), relations.end(),
                     [](const auto& relation) { return isGroupOfMany(*relation.first); })) {
         return {};
     }
@@ -96,8 +94,8 @@ QString nameOf(const QAccessibleInterface& control)
     return labels.join(QLatin1String(" of "));
 }
 
-/// The controls below a node of the tree that a screen reader walks. What a list or a box is made
-/// of is not looked at, nor are the parts that Qt adds and names, or hides.
+/// The controls below a node of the accessibility tree, without the parts of a list or a box and
+/// without the parts that Qt adds and names, or hides.
 void collect(const QAccessibleInterface* node, QList<Control>& controls)
 {
     const auto* widget = qobject_cast<const QWidget*>(node->object());
@@ -120,8 +118,8 @@ QString describe(const QWidget& widget)
            widget.objectName();
 }
 
-/// Every control of the window, those on pages that are not in front and those in a group that is
-/// hidden too, is in the screen reader's tree, with a name of its own that has letters.
+/// Every control of the window, on hidden pages and in hidden groups too, is in the accessibility
+/// tree with a name that has letters and that no other control has.
 void expectNames(const QWidget& window, int count)
 {
     QList<Control> controls;
@@ -144,7 +142,7 @@ void expectNames(const QWidget& window, int count)
             QVERIFY2(
                 std::any_of(controls.begin(), controls.end(),
                             [widget](const Control& control) { return control.widget == widget; }),
-                qPrintable(describe(*widget) + QLatin1String(" is not told of")));
+                qPrintable(describe(*widget) + QLatin1String(" is not in the tree")));
         }
     }
     QCOMPARE(controls.size(), count);
@@ -163,6 +161,9 @@ private slots:
     void composer();
     void findDialog();
     void propertiesDialog();
+    void groupsAreNamedByTheirTitles();
+    void buttonsAreNamedByTheirTexts();
+    void namesDoNotRepeatLabels();
 };
 
 void TestAccessibility::mainWindow()
@@ -173,7 +174,6 @@ void TestAccessibility::mainWindow()
     expectNames(test.window(), 8);
 }
 
-/// Who edits a cell by ear must hear what the text will be.
 void TestAccessibility::cellEditor()
 {
     MainWindowCase test(configuration(), "DMM=GPIB0::1::INSTR\n");
@@ -224,6 +224,51 @@ void TestAccessibility::propertiesDialog()
     test.showTab("tabGpibProperties");
     // The form's 21 inputs, OK and Cancel, and the buttons that scroll the tabs.
     expectNames(test.dialog(), 25);
+}
+
+void TestAccessibility::groupsAreNamedByTheirTitles()
+{
+    ComposerCase composer;
+    PropertyDialogCase properties("resource ASRL1::INSTR\n");
+    properties.open();
+    const QList<QGroupBox*> groups = composer.editor().findChildren<QGroupBox*>() +
+                                     properties.dialog().findChildren<QGroupBox*>();
+    QCOMPARE(groups.size(), 8);
+    for (QGroupBox* group : groups) {
+        QCOMPARE(QAccessible::queryAccessibleInterface(group)->text(QAccessible::Name),
+                 group->title());
+    }
+}
+
+/// Who says what is written on a button, by voice control, must reach it.
+void TestAccessibility::buttonsAreNamedByTheirTexts()
+{
+    PropertyDialogCase test("resource ASRL1::INSTR\n");
+    test.open();
+    for (const char* name : {"btnDefaultOs", "btnDefaultQv"}) {
+        auto& button = test.widget<QPushButton>(name);
+        QVERIFY(QAccessible::queryAccessibleInterface(&button)
+                    ->text(QAccessible::Name)
+                    .startsWith(button.text()));
+    }
+}
+
+/// A label with a buddy names the buddy; a name of its own would be read as well.
+void TestAccessibility::namesDoNotRepeatLabels()
+{
+    ComposerCase composer;
+    PropertyDialogCase properties("resource ASRL1::INSTR\n");
+    properties.open();
+    const QList<QLabel*> labels =
+        composer.editor().findChildren<QLabel*>() + properties.dialog().findChildren<QLabel*>();
+    int buddies = 0;
+    for (const QLabel* label : labels) {
+        if (label->buddy() != nullptr) {
+            ++buddies;
+            QVERIFY2(label->buddy()->accessibleName() != label->text(), qPrintable(label->text()));
+        }
+    }
+    QCOMPARE(buddies, 23);
 }
 
 static const guitest::Registration<TestAccessibility> s_registration;
