@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -30,6 +31,12 @@ CommandLine::CommandLine(const Streams& streams)
     m_app.set_version_flag("--version", "qvvisa " QVVISA_VERSION, "Print the version");
     m_app.set_help_flag("-h,--help", "Print this help");
     m_app.require_subcommand(1);
+    const auto formatter = std::make_shared<CLI::Formatter>();
+    formatter->label("SUBCOMMAND", "COMMAND");
+    formatter->label("Positionals", "Arguments");
+    formatter->label("TEXT", "");
+    formatter->label("REQUIRED", "");
+    m_app.formatter(formatter);
     m_fileOption = m_app
                        .add_option("-f,--file", m_file,
                                    "Configuration file, instead of the one that the search finds; "
@@ -38,7 +45,7 @@ CommandLine::CommandLine(const Streams& streams)
     m_app.add_flag("--json", m_isJson, "Print one JSON object");
     m_app.add_option("--color", m_color, "Color severity words: auto, always or never")
         ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
     m_app.add_flag("-q,--quiet", m_isQuiet, "Print no progress and no warnings");
 }
 
@@ -47,6 +54,7 @@ CLI::App& CommandLine::addCommand(const std::string& name, const std::string& de
 {
     CLI::App* command = m_app.add_subcommand(name, description);
     command->fallthrough();
+    command->group("Commands");
     command->callback([this, action = std::move(action)] { m_action = action; });
     return *command;
 }
