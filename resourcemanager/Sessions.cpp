@@ -77,7 +77,7 @@ bool HandleTable::close(ViObject handle)
     }
     closed.push_back(std::move(entry->second));
     m_entries.erase(entry);
-    const std::shared_ptr<ManagerSession>& manager = closed.front().manager;
+    const std::shared_ptr<ManagerSession> manager = closed.front().manager;
     if (closed.front().object != manager) {
         return true;
     }

@@ -44,7 +44,8 @@ void releaseLoaderLock()
 
 } // namespace
 
-LoadedLibrary loadLibrary(const char* path)
+// As in withoutExceptions(), the reference to glibc's object is null.
+__attribute__((no_sanitize("null"))) LoadedLibrary loadLibrary(const char* path)
 {
     // dlopen() is declared not to throw, so an exception would end the program if it were called by
     // its name; through this pointer the compiler does not know it.
