@@ -24,6 +24,7 @@ file(WRITE ${HTML} "<!DOCTYPE html>
 <meta charset=\"utf-8\">
 <title>${title}</title>
 <style>
+:root { color-scheme: light dark }
 body { max-width: 50em; margin: 2em auto; padding: 0 1em; font-family: sans-serif }
 img { max-width: 100% }
 table { border-collapse: collapse }

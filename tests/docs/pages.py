@@ -66,7 +66,8 @@ def prose(text):
 
 def links(text):
     """The targets of the page's links and pictures."""
-    return re.findall(r"\]\(([^)\s]+)\)", prose(text))
+    return [one or other for one, other in
+            re.findall(r"\]\(([^)\s]+)\)|\bsrc(?:set)?=\"([^\"]+)\"", prose(text))]
 
 
 def anchors(text):

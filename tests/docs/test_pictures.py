@@ -28,7 +28,7 @@ def size(picture):
 
 
 def difference(old, new):
-    """What tells two pictures apart, or None."""
+    """How two pictures differ, or None."""
     if size(old) != size(new):
         return f"has {size(old)} pixels, the window {size(new)}"
     cells = "{}x{}!".format(*(max(1, side // CELL) for side in size(old)))
@@ -51,7 +51,7 @@ def main():
             faults += [f"{name} {fault}"] if fault else []
     for fault in faults:
         print(fault)
-    print(f"{len(taken)} pictures, {len(faults)} faults; tools/screenshots takes them anew")
+    print(f"{len(taken)} pictures, {len(faults)} faults; tools/screenshots takes them again")
     sys.exit(1 if faults or not taken else 0)
 
 

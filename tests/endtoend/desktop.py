@@ -62,12 +62,14 @@ class Desktop:
 
     folder: a scratch folder for everything that runs here, removed at the end.
     failures: where a screenshot goes when the with block is left by an exception, or None.
-    size: of the screen. dots: an inch, as a desktop's scaling sets it: 96 is 100 %."""
+    size: of the screen. dots: an inch, as a desktop's scaling sets it: 96 is 100 %. theme: text of
+    an openbox theme for the frames, which then have a title and no buttons."""
 
-    def __init__(self, failures=None, size=(1280, 900), dots=96):
+    def __init__(self, failures=None, size=(1280, 900), dots=96, theme=None):
         self.failures = failures
         self.size = size
         self.dots = dots
+        self._theme = theme
         self._processes = []
         self._last_click = None
         self.folder = None
@@ -109,8 +111,16 @@ class Desktop:
         self.display = f":{number}"
 
     def _start_window_manager(self):
-        self.start(["openbox", "--sm-disable", "--config-file",
-                    str(SOURCES / "tests/endtoend/openbox.xml")], self.environment())
+        settings = SOURCES / "tests/endtoend/openbox.xml"
+        if self._theme is not None:
+            theme = self.folder / ".themes/Plain/openbox-3/themerc"
+            theme.parent.mkdir(parents=True)
+            theme.write_text(self._theme)
+            plain = settings.read_text().replace("Clearlooks", "Plain").replace("NLIMC", "L")
+            settings = self.folder / "openbox.xml"
+            settings.write_text(plain)
+        self.start(["openbox", "--sm-disable", "--config-file", str(settings)],
+                   self.environment())
         # It says that it is there before it says what room a panel takes.
         wait_for(lambda: "window id" in self.read(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
                  and self.free_size()[1] < self.size[1], "the window manager")
