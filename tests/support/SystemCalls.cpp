@@ -4,6 +4,7 @@
 // Without <unistd.h>: where it is fortified it defines read().
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -348,6 +349,21 @@ int renameat(int fromFolder, const char* from, int toFolder, const char* to) noe
     return pass("renameat", [&] {
         return next<decltype(::renameat)>("renameat")(fromFolder, from, toFolder, to);
     });
+}
+
+#ifdef RENAME_EXCHANGE
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+              unsigned int flags) noexcept
+{
+    return pass("renameat2", [&] {
+        return next<decltype(::renameat2)>("renameat2")(fromFolder, from, toFolder, to, flags);
+    });
+}
+#endif
+
+int flock(int file, int operation) noexcept
+{
+    return pass("flock", [&] { return next<decltype(::flock)>("flock")(file, operation); });
 }
 
 int nanosleep(const struct timespec* time, struct timespec* remaining)
