@@ -67,7 +67,7 @@ std::string described(const FileContents& contents)
         text += "the resource `" + resource + '`';
     }
     for (const auto& [alias, resource] : contents.aliases) {
-        text += "the alias `" + alias + "` for `" + resource + '`';
+        text.append("the alias `").append(alias).append("` for `").append(resource) += '`';
     }
     if (contents.provider != QvVisa::defaultProvider) {
         text += "the provider " + std::to_string(contents.provider);

@@ -127,7 +127,8 @@ TEST_F(Memory, ManyEntriesTakeFiveTimesTheFile)
         std::string text;
         for (int i = 0; i < entries; ++i) {
             const std::string number = std::to_string(i);
-            text += resource(number) + "\nA" + number + " = " + resource(number) + '\n';
+            text.append(resource(number)).append("\nA").append(number).append(" = ");
+            text.append(resource(number)).append("\n");
             text += ":SerialProperty[DeviceNo=" + number + "].Parity=3\n";
             text += ":GPIBProperty[DeviceNo=" + number + "].PrimaryAddress=3\n";
         }

@@ -105,7 +105,8 @@ std::string linesOf(int number)
     const std::string text(100, static_cast<char>('a' + number % 26));
     std::string lines;
     for (int i = 0; i < 20; ++i) {
-        lines += text + "\nALIAS" + std::to_string(i) + '=' + text + '\n';
+        lines.append(text).append("\nALIAS").append(std::to_string(i)).append("=");
+        lines.append(text).append("\n");
     }
     return lines;
 }
