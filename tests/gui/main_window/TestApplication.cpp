@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The program's own main(), looked at from within its event loop. Its arguments are the test's.
+// The program's own main(): this test runs inside its event loop.
 #include "gui/MainWindow.h"
 #include "tests/support/Children.h"
 #include "tests/support/ConfigurationFixture.h"
@@ -20,20 +20,20 @@
 
 namespace {
 
-/// The user's surroundings, there before main() begins and after it has returned.
-class Surroundings
+/// The user's home and files, from before main() until after its return.
+class UserFiles
 {
 public:
-    Surroundings() { m_configuration.write("A=ASRL1::INSTR\n"); }
+    UserFiles() { m_configuration.write("A=ASRL1::INSTR\n"); }
 
-    ~Surroundings()
+    ~UserFiles()
     {
-        // main() destroys the window, which then saves its place; here is the last chance to fail.
+        // The window has saved its settings in its destructor, at the end of main().
         const std::filesystem::path file =
             m_configuration.home().root() / "settings" / "Quorvane" / "QvVisaConfigure.conf";
         if (!std::filesystem::exists(file) ||
             support::readFile(file).find("[MainWindow]") == std::string::npos) {
-            std::cerr << "main() has left no settings in " << file << '\n';
+            std::cerr << "main() wrote no settings to " << file << '\n';
             m_hasFailed = true;
         }
         if (m_hasFailed) {
@@ -43,7 +43,7 @@ public:
 
     const support::TestHome& home() const { return m_configuration.home(); }
 
-    /// main() returns what its closed window leaves it, 0, also after a failure.
+    /// main() returns 0 after a failure too.
     void fail() { m_hasFailed = true; }
 
 private:
@@ -51,7 +51,7 @@ private:
     bool m_hasFailed = false;
 };
 
-Surroundings s_surroundings;
+UserFiles s_userFiles;
 
 gui::MainWindow& window()
 {
@@ -70,15 +70,15 @@ class TestApplication : public QObject
     Q_OBJECT
 
 private slots:
-    void saysWhoItIs();
-    void keepsItsSettingsUnderThatName();
-    void showsOneWindow();
-    void hasItsIcons();
-    void drawsForDenseScreens();
-    void endsWithItsWindow();
+    void namesAndVersionAreSet();
+    void settingsFileHasTheseNames();
+    void oneWindowIsShown();
+    void iconsAreCompiledIn();
+    void highDensityScreensAreSupported();
+    void closingTheWindowEndsTheProgram();
 };
 
-void TestApplication::saysWhoItIs()
+void TestApplication::namesAndVersionAreSet()
 {
     QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Quorvane"));
     QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("quorvane.com"));
@@ -86,13 +86,13 @@ void TestApplication::saysWhoItIs()
     QCOMPARE(QCoreApplication::applicationVersion(), QLatin1String(qvvisa::versionText));
 }
 
-void TestApplication::keepsItsSettingsUnderThatName()
+void TestApplication::settingsFileHasTheseNames()
 {
-    QCOMPARE(QSettings().fileName(), QString::fromStdString(s_surroundings.home().root().string()) +
+    QCOMPARE(QSettings().fileName(), QString::fromStdString(s_userFiles.home().root().string()) +
                                          QStringLiteral("/settings/Quorvane/QvVisaConfigure.conf"));
 }
 
-void TestApplication::showsOneWindow()
+void TestApplication::oneWindowIsShown()
 {
     QVERIFY(QTest::qWaitForWindowExposed(&window()));
     int shown = 0;
@@ -106,13 +106,13 @@ void TestApplication::showsOneWindow()
     QVERIFY(QApplication::quitOnLastWindowClosed());
 }
 
-void TestApplication::hasItsIcons()
+void TestApplication::iconsAreCompiledIn()
 {
     QCOMPARE(QDir(QStringLiteral(":/icons")).entryList().size(), 10);
     QVERIFY(!window().windowIcon().pixmap(32, 32).isNull());
 }
 
-void TestApplication::drawsForDenseScreens()
+void TestApplication::highDensityScreensAreSupported()
 {
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
     QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
@@ -121,9 +121,8 @@ void TestApplication::drawsForDenseScreens()
              Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
 }
 
-void TestApplication::endsWithItsWindow()
+void TestApplication::closingTheWindowEndsTheProgram()
 {
-    // Nothing else may end the event loop, or the program would end before its window does.
     QVERIFY(!QCoreApplication::closingDown());
     support::child<QAction>(window(), "actionClose").trigger();
     QVERIFY(!window().isVisible());
@@ -140,7 +139,7 @@ void testOnceItRuns()
         }
         TestApplication test;
         if (QTest::qExec(&test, {QCoreApplication::applicationFilePath()}) != 0) {
-            s_surroundings.fail();
+            s_userFiles.fail();
             QCoreApplication::quit();
         }
     });

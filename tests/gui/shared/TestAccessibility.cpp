@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: MIT
 // The names that a screen reader gets for the windows' controls.
-#include "tests/gui/main_window/MainWindowCase.h"
-#include "tests/gui/property_dialog/PropertyDialogCase.h"
-#include "tests/gui/resource_dialog/ResourceDialogCase.h"
-#include "tests/gui/rsrc_string_editor/ComposerCase.h"
+#include "gui/MainWindow.h"
+#include "gui/PropertyDialog.h"
+#include "gui/ResourceDialog.h"
+#include "gui/RsrcStringEditor.h"
 #include "tests/gui/shared/WindowTest.h"
+#include "tests/support/Children.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAccessible>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTabWidget>
 
 #include <algorithm>
-
-using guitest::ComposerCase;
-using guitest::MainWindowCase;
-using guitest::PropertyDialogCase;
-using guitest::ResourceDialogCase;
+#include <memory>
 
 namespace {
 
@@ -155,114 +157,123 @@ class TestAccessibility : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void mainWindow();
-    void cellEditor();
-    void composer_data();
-    void composer();
-    void findDialog();
-    void propertiesDialog();
+    void everyControlOfTheMainWindowHasAName();
+    void cellEditorHasTheNameOfItsColumn();
+    void everyControlOfTheComposerHasAName();
+    void everyControlOfTheFindDialogHasAName();
+    void everyControlOfThePropertiesDialogHasAName();
     void groupsAreNamedByTheirTitles();
-    void buttonsAreNamedByTheirTexts();
+    void buttonNamesStartWithTheirTexts();
     void namesDoNotRepeatLabels();
+
+private:
+    void setUp() override
+    {
+        configuration().write("DMM=GPIB0::1::INSTR\n");
+        bench().write("resource ASRL1::INSTR\n");
+        m_model = std::make_unique<ConfigurationModel>(nullptr);
+        m_model->setGpibProperties({{0, {}}});
+        m_properties = std::make_unique<gui::PropertyDialog>(*m_model, nullptr);
+        m_properties->show();
+        m_composer = std::make_unique<gui::RsrcStringEditor>(nullptr);
+        m_composer->show();
+    }
+    void tearDown() override
+    {
+        m_composer.reset();
+        m_properties.reset();
+        m_model.reset();
+    }
+    template <typename Widget>
+    QList<Widget*> inBothDialogs() const
+    {
+        return m_composer->findChildren<Widget*>() + m_properties->findChildren<Widget*>();
+    }
+    static QString accessibleName(QWidget* widget)
+    {
+        return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    }
+
+    std::unique_ptr<ConfigurationModel> m_model;
+    std::unique_ptr<gui::PropertyDialog> m_properties;
+    std::unique_ptr<gui::RsrcStringEditor> m_composer;
 };
 
-void TestAccessibility::mainWindow()
+void TestAccessibility::everyControlOfTheMainWindowHasAName()
 {
-    MainWindowCase test(configuration(), "DMM=GPIB0::1::INSTR\n");
-    test.show();
+    gui::MainWindow window(nullptr);
+    window.show();
     // The table and seven buttons.
-    expectNames(test.window(), 8);
+    expectNames(window, 8);
 }
 
-void TestAccessibility::cellEditor()
+void TestAccessibility::cellEditorHasTheNameOfItsColumn()
 {
-    MainWindowCase test(configuration(), "DMM=GPIB0::1::INSTR\n");
-    test.show();
-    test.typeIntoCell(0, ConfigurationModel::AliasColumn, "A");
-    QCOMPARE(QAccessible::queryAccessibleInterface(test.cellEditor())->text(QAccessible::Name),
-             QStringLiteral("Alias"));
-    QTest::keyClick(test.cellEditor(), Qt::Key_Escape);
-    QTRY_VERIFY(test.cellEditor() == nullptr);
-    test.typeIntoCell(0, ConfigurationModel::ResourceColumn, "A");
-    QCOMPARE(QAccessible::queryAccessibleInterface(test.cellEditor())->text(QAccessible::Name),
-             QStringLiteral("Resource identifier"));
-}
-
-void TestAccessibility::composer_data()
-{
-    QTest::addColumn<int>("type");
-    const ComposerCase test;
-    for (int type = 0; type < test.types().count(); ++type) {
-        QTest::newRow(qPrintable(test.types().itemText(type))) << type;
+    for (const int column : {0, 1}) {
+        gui::MainWindow window(nullptr);
+        window.show();
+        auto& table = support::child<QTableView>(window, "resourceView");
+        table.edit(table.model()->index(0, column));
+        auto* editor = table.viewport()->findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        QCOMPARE(accessibleName(editor),
+                 QString::fromLatin1(column == 0 ? "Resource identifier" : "Alias"));
     }
 }
 
-void TestAccessibility::composer()
+void TestAccessibility::everyControlOfTheComposerHasAName()
 {
-    QFETCH(const int, type);
-    ComposerCase test;
-    test.choose(type);
-    // Ten line edits, the list of types, the search, OK and Cancel.
-    expectNames(test.editor(), 14);
+    auto& types = support::child<QComboBox>(*m_composer, "IfcComboBox");
+    for (int type = 0; type < types.count(); ++type) {
+        types.setCurrentIndex(type);
+        // Ten line edits, the list of types, the search, OK and Cancel.
+        expectNames(*m_composer, 14);
+    }
 }
 
-void TestAccessibility::findDialog()
+void TestAccessibility::everyControlOfTheFindDialogHasAName()
 {
-    ResourceDialogCase test;
-    test.show();
+    gui::ResourceDialog dialog(nullptr);
+    dialog.show();
     // The list, Refresh, Select and Cancel.
-    expectNames(test.dialog(), 4);
+    expectNames(dialog, 4);
 }
 
-void TestAccessibility::propertiesDialog()
+void TestAccessibility::everyControlOfThePropertiesDialogHasAName()
 {
-    PropertyDialogCase test("resource ASRL1::INSTR\n");
-    test.haveBoards({{0, {}}});
-    test.open();
-    // Back with the pages that this platform does not show.
-    test.showTab("tabConfMang");
-    test.showTab("tabGpibProperties");
+    // With the pages that this platform does not show.
+    auto& tabs = support::child<QTabWidget>(*m_properties, "tabWidget");
+    for (const char* page : {"tabConfMang", "tabGpibProperties"}) {
+        tabs.addTab(&support::child<QWidget>(*m_properties, page), QString::fromLatin1(page));
+        tabs.setCurrentIndex(tabs.count() - 1);
+    }
     // The form's 21 inputs, OK and Cancel, and the buttons that scroll the tabs.
-    expectNames(test.dialog(), 25);
+    expectNames(*m_properties, 25);
 }
 
 void TestAccessibility::groupsAreNamedByTheirTitles()
 {
-    ComposerCase composer;
-    PropertyDialogCase properties("resource ASRL1::INSTR\n");
-    properties.open();
-    const QList<QGroupBox*> groups = composer.editor().findChildren<QGroupBox*>() +
-                                     properties.dialog().findChildren<QGroupBox*>();
+    const auto groups = inBothDialogs<QGroupBox>();
     QCOMPARE(groups.size(), 8);
     for (QGroupBox* group : groups) {
-        QCOMPARE(QAccessible::queryAccessibleInterface(group)->text(QAccessible::Name),
-                 group->title());
+        QCOMPARE(accessibleName(group), group->title());
     }
 }
 
-/// Who says what is written on a button, by voice control, must reach it.
-void TestAccessibility::buttonsAreNamedByTheirTexts()
+/// Voice control finds a button by its text.
+void TestAccessibility::buttonNamesStartWithTheirTexts()
 {
-    PropertyDialogCase test("resource ASRL1::INSTR\n");
-    test.open();
     for (const char* name : {"btnDefaultOs", "btnDefaultQv"}) {
-        auto& button = test.widget<QPushButton>(name);
-        QVERIFY(QAccessible::queryAccessibleInterface(&button)
-                    ->text(QAccessible::Name)
-                    .startsWith(button.text()));
+        auto& button = support::child<QPushButton>(*m_properties, name);
+        QVERIFY(accessibleName(&button).startsWith(button.text()));
     }
 }
 
 /// A label with a buddy names the buddy; a name of its own would be read as well.
 void TestAccessibility::namesDoNotRepeatLabels()
 {
-    ComposerCase composer;
-    PropertyDialogCase properties("resource ASRL1::INSTR\n");
-    properties.open();
-    const QList<QLabel*> labels =
-        composer.editor().findChildren<QLabel*>() + properties.dialog().findChildren<QLabel*>();
     int buddies = 0;
-    for (const QLabel* label : labels) {
+    for (const QLabel* label : inBothDialogs<QLabel>()) {
         if (label->buddy() != nullptr) {
             ++buddies;
             QVERIFY2(label->buddy()->accessibleName() != label->text(), qPrintable(label->text()));
