@@ -102,7 +102,7 @@ public:
         if (isStandardInput) {
             text = readStandardInput(m_context);
             if (m_options.isFix) {
-                text = lint::repaired(Document(text));
+                text = lint::repaired(Document(text), m_ignored);
                 m_context.output.keepDataForText();
                 m_context.output.data(text);
             }
@@ -150,7 +150,7 @@ private:
         updateFile(
             path,
             [&](const std::string& before) {
-                text = lint::repaired(Document(before));
+                text = lint::repaired(Document(before), m_ignored);
                 isChanged = text != before;
                 return isChanged ? std::optional<std::string>(text) : std::nullopt;
             },
@@ -353,7 +353,9 @@ void addLintCommand(CommandLine& line)
                     "Exit 1 from this severity on: error, warning or note (implies --notes)")
         ->type_name("SEVERITY")
         ->check(CLI::IsMember({"error", "warning", "note"}));
-    command.add_option("--ignore", options->ignored, "Codes to leave out, such as V204,V316")
+    command
+        .add_option("--ignore", options->ignored,
+                    "Codes to leave out, and not to repair, such as V204,V301")
         ->type_name("CODE,...")
         ->delimiter(',')
         ->allow_extra_args(false);

@@ -74,7 +74,7 @@ std::string repairLine(FindingCode code, std::string_view line)
     }
 }
 
-/// The first fixable finding of each line repaired.
+/// The first finding of each line repaired.
 std::string repairOnce(const Document& document, const std::vector<Finding>& findings)
 {
     std::string text;
@@ -82,7 +82,7 @@ std::string repairOnce(const Document& document, const std::vector<Finding>& fin
     std::size_t next = 0; ///< The first byte that is not copied yet.
     std::size_t lastLine = 0;
     for (const Finding& finding : findings) {
-        if (!finding.isFixable() || finding.line == lastLine) {
+        if (finding.line == lastLine) {
             continue;
         }
         lastLine = finding.line;
@@ -99,15 +99,22 @@ std::string repairOnce(const Document& document, const std::vector<Finding>& fin
     return text.append(document.text(), next, std::string::npos);
 }
 
-bool hasFixableFinding(const std::vector<Finding>& findings)
+/// The findings that are to be repaired.
+std::vector<Finding> fixableFindings(const Document& document, const std::set<FindingCode>& ignored)
 {
-    return std::any_of(findings.begin(), findings.end(),
-                       [](const Finding& finding) { return finding.isFixable(); });
+    std::vector<Finding> findings = findingsIn(document);
+    findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                  [&ignored](const Finding& finding) {
+                                      return !finding.isFixable() ||
+                                             ignored.count(finding.code) != 0;
+                                  }),
+                   findings.end());
+    return findings;
 }
 
 } // namespace
 
-std::string repaired(const Document& document)
+std::string repaired(const Document& document, const std::set<FindingCode>& ignored)
 {
     std::string text = document.text();
     // A repair can bring to light what it had hidden, a few times at most: white space before a
@@ -115,8 +122,8 @@ std::string repaired(const Document& document)
     constexpr int mostRounds = 12;
     for (int round = 0; round < mostRounds; ++round) {
         const Document current(text);
-        const std::vector<Finding> findings = findingsIn(current);
-        if (!hasFixableFinding(findings)) {
+        const std::vector<Finding> findings = fixableFindings(current, ignored);
+        if (findings.empty()) {
             break;
         }
         text = repairOnce(current, findings);

@@ -63,6 +63,13 @@ const Repair s_repairs[] = {
      "DMM=ASRL1::INSTR # x\nDMM=\n  a comment\n"},
 };
 
+TEST(RepairedWithIgnoredCodes, LeavesTheirFindings)
+{
+    const QvVisa::Document document(s_header + "; a\n  ; b\nASRL1::INSTR ; c \n");
+    EXPECT_EQ(lint::repaired(document, {lint::FindingCode::WrongCommentSign}),
+              s_header + "; a\n  ; b\n# c\nASRL1::INSTR\n");
+}
+
 std::string caseName(const testing::TestParamInfo<Repair>& row)
 {
     return row.param.name;
