@@ -17,4 +17,17 @@ inline constexpr bool isSanitized = false;
 inline constexpr bool isSanitized = false;
 #endif
 
+/// True in a build with the thread sanitizer.
+#if defined(__SANITIZE_THREAD__)
+inline constexpr bool hasThreadSanitizer = true;
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+inline constexpr bool hasThreadSanitizer = true;
+#else
+inline constexpr bool hasThreadSanitizer = false;
+#endif
+#else
+inline constexpr bool hasThreadSanitizer = false;
+#endif
+
 } // namespace support
