@@ -79,8 +79,8 @@ void removeLeftover(int folder, const char* name, uid_t owner)
     const FileDescriptor file(::openat(
         folder, name, O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_NOCTTY | O_CLOEXEC, mode_t{0}));
     struct stat status = {};
-    // Its creator holds a lock on it. That tells even where process IDs of other containers are not
-    // seen.
+    // Its creator holds a lock on it, which works also where the process IDs of another container
+    // are not visible.
     if (file.isOpen() && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
         (status.st_uid == ::geteuid() || (::geteuid() == 0 && status.st_uid == owner)) &&
         lock(file.get())) {

@@ -154,7 +154,7 @@ protected:
         }
     }
 
-    /// The bytes, or a text that stands for no file.
+    /// The file's bytes, or "no file".
     std::string contents() const { return fs::exists(target()) ? readFile(target()) : "no file"; }
 
     using MakeFault = std::function<SystemCalls::Handler(int number)>;

@@ -56,7 +56,7 @@ TEST_F(Time, IsTheSavesOtherwise)
             options.timeToAvoid = other;
             const std::time_t before = std::time(nullptr);
             EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
-            // The file system's clock may be a tick behind.
+            // The file system's clock may lag by a tick.
             EXPECT_GE(statusOf(file()).st_mtime, before - 1);
             EXPECT_LE(statusOf(file()).st_mtime, std::time(nullptr));
         }
