@@ -18,6 +18,8 @@ endforeach()
 foreach(page IN LISTS PAGES)
     string(REGEX REPLACE "href=\"${page}\\.md" "href=\"${page}.html" body "${body}")
 endforeach()
+# A page that is not installed is named, but not linked.
+string(REGEX REPLACE "<a href=\"[^\":]*\\.md[^\"]*\">([^<]*)</a>" "\\1" body "${body}")
 file(WRITE ${HTML} "<!DOCTYPE html>
 <html lang=\"en\">
 <head>

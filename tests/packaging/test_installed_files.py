@@ -94,7 +94,7 @@ class InstalledFiles(unittest.TestCase):
         self.assertTrue(links)
         for page, target, anchor in links:
             file = page.parent / target if target else page
-            self.assertTrue(file.is_file(), f"{page.name}: {target}")
+            self.assertTrue(file.exists(), f"{page.name}: {target}")
             if anchor:
                 self.assertIn(f'id="{anchor}"', pages[file])
 
