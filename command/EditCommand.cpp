@@ -156,8 +156,9 @@ ExitCode runEdit(CommandContext& context, const EditOptions& options, const Edit
             path,
             [&](const std::string& text) {
                 finished = finishEdit(text, name, options, edit);
+                // What is printed afterwards needs the changes, not the text.
                 return finished.result.isChanged()
-                           ? std::optional<std::string>(finished.result.edited.text)
+                           ? std::optional<std::string>(std::move(finished.result.edited.text))
                            : std::nullopt;
             },
             options.backupSuffix);

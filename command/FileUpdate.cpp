@@ -12,9 +12,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <memory>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -75,7 +77,22 @@ bool holds(int descriptor, const std::string& text)
         static_cast<std::size_t>(status.st_size) != text.size()) {
         return false;
     }
-    return readAll(descriptor) == text;
+    // In pieces: a second copy of a large text would take longer than reading it.
+    std::array<char, std::size_t{64} * 1024> piece{};
+    std::size_t offset = 0;
+    for (;;) {
+        const ssize_t count = uninterrupted([&] {
+            return ::pread(descriptor, piece.data(), piece.size(), static_cast<off_t>(offset));
+        });
+        if (count <= 0) {
+            return count == 0 && offset == text.size();
+        }
+        const std::string_view read(piece.data(), static_cast<std::size_t>(count));
+        if (std::string_view(text).substr(offset, read.size()) != read) {
+            return false;
+        }
+        offset += read.size();
+    }
 }
 
 FileDescriptor openInFolder(int folder, const std::string& name, int flags)
