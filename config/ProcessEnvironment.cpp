@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "config/ProcessEnvironment.h"
 
+#include "config/FileDescriptor.h"
+
+#include <fcntl.h>
+
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 #include <system_error>
 
@@ -30,11 +32,26 @@ std::optional<std::string> valueOf(std::string_view environment, std::string_vie
     return std::nullopt;
 }
 
+/// A process may end at any moment: reading its files then fails.
 std::optional<std::string> contentsOf(const fs::path& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string contents{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    return file.is_open() && !file.bad() ? std::optional(std::move(contents)) : std::nullopt;
+    const FileDescriptor file(
+        uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
+    if (!file.isOpen()) {
+        return std::nullopt;
+    }
+    // Files below /proc do not say how long they are.
+    std::string contents(4096, '\0');
+    ssize_t length = readFully(file.get(), contents.data(), contents.size());
+    while (length == static_cast<ssize_t>(contents.size())) {
+        contents.resize(2 * contents.size());
+        length = readFully(file.get(), contents.data(), contents.size());
+    }
+    if (length < 0) {
+        return std::nullopt;
+    }
+    contents.resize(static_cast<std::size_t>(length));
+    return contents;
 }
 
 bool isNumber(const std::string& text)

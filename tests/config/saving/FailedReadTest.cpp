@@ -2,11 +2,14 @@
 // What a read that fails leaves in the tables of its caller and in its own.
 
 #include "config/ModernConfigurationFile.h"
+#include "config/ProcessEnvironment.h"
 #include "tests/support/Files.h"
 #include "tests/support/SystemCalls.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -128,6 +131,21 @@ TEST_F(FailedRead, IsForgottenAtTheNextGoodOne)
     EXPECT_TRUE(m_file.hadHeader());
     EXPECT_EQ(m_provider, 42);
     EXPECT_EQ(m_resources, (std::vector<std::string>{"GPIB0::12::INSTR"}));
+}
+
+TEST_F(FailedRead, OfAProcessThatEndsMeansNoEnvironment)
+{
+    const std::string own = std::to_string(::getpid());
+    ASSERT_TRUE(QvVisa::searchEnvironmentOf(own).has_value());
+    for (const int number : {1, 2}) {
+        const SystemCalls calls(SystemCalls::answeringReads([number](int read) {
+            CallAnswer answer;
+            answer.error = read == number ? ESRCH : 0;
+            answer.mostBytes = 8;
+            return answer;
+        }));
+        EXPECT_FALSE(QvVisa::searchEnvironmentOf(own).has_value()) << number;
+    }
 }
 
 TEST_F(FailedRead, WithinTheHeaderMeansThereIsNone)
