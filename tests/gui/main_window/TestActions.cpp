@@ -2,6 +2,8 @@
 // The main window's table, the actions that open no dialog, and the context menu.
 #include "tests/gui/main_window/MainWindowTest.h"
 
+#include "Version.h"
+
 class TestActions : public guitest::MainWindowTest
 {
     Q_OBJECT
@@ -90,7 +92,8 @@ void TestActions::saveIsEnabledWhileTheModelIsDirty()
     QVERIFY(!isEnabled("actionSave"));
     click("actionRemove_resource");
     QVERIFY(isEnabled("actionSave"));
-    QCOMPARE(window().windowTitle(), QStringLiteral("QvVisaConfigure - 5.12.1"));
+    QCOMPARE(window().windowTitle(),
+             QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
     model().setDirty(false);
     QVERIFY(!isEnabled("actionSave"));
 }
