@@ -37,6 +37,8 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
         edit != nullptr && option.widget != nullptr) {
         const int margin = textMargin(*option.widget) - ownMargin(*edit);
         edit->setTextMargins(margin, 0, margin, 0);
+        // The editor grows with its text by this width, which it computed without these margins.
+        edit->setMinimumWidth(edit->minimumWidth() + 2 * margin);
     }
     return editor;
 }

@@ -59,6 +59,7 @@ private slots:
     void titlesStayTheSameForASelectedRow();
     void textsOfColumnsHaveSpaceBetweenThem();
     void editedTextStaysInItsPlace();
+    void editorGrowsToShowALongTextWhole();
     void menuKeyOpensTheMenuInsideTheTable_data();
     void menuKeyOpensTheMenuInsideTheTable();
 
@@ -171,6 +172,18 @@ void TestTable::editedTextStaysInItsPlace()
                       table().columnViewportPosition(ConfigurationModel::AliasColumn);
     QVERIFY2(std::abs(after - before) <= 1,
              qPrintable(QStringLiteral("%1, %2").arg(before).arg(after)));
+}
+
+void TestTable::editorGrowsToShowALongTextWhole()
+{
+    start("ASRL1::INSTR\n");
+    const QString text = QStringLiteral("TCPIP0::192.168.100.100::inst0::INSTR+12345678");
+    typeIntoCell(0, ConfigurationModel::ResourceColumn, qPrintable(text));
+    QTRY_COMPARE(cellEditor()->text(), text);
+    QVERIFY(cellEditor()->width() < table().viewport()->width());
+    const QMargins margins = cellEditor()->textMargins();
+    QVERIFY(cellEditor()->width() >=
+            cellEditor()->fontMetrics().horizontalAdvance(text) + margins.left() + margins.right());
 }
 
 void TestTable::menuKeyOpensTheMenuInsideTheTable_data()
