@@ -272,6 +272,8 @@ void TestDialogs::editTakesTheTextOfAnOpenCellEditor()
 void TestDialogs::findReplacesTheResourceAlone()
 {
     start(s_twoRows, "resource \"TCPIP0::a b;=#::INSTR\"\nresource ASRL9::INSTR\n");
+    // The window's own scan may not have begun yet; the cache is then that of the former bench.
+    ResourceDialog::updateResourceList();
     clickCell(1, 0);
     answer<ResourceDialog>("actionFind", [](ResourceDialog& dialog) {
         select(dialog, 1);
