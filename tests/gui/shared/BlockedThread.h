@@ -10,8 +10,8 @@
 
 namespace guitest {
 
-/// Reports to another thread whether the thread that constructed it is blocked in a system call, as it is
-/// when it waits for a lock. On systems other than Linux it always counts as blocked.
+/// Reports to another thread whether the thread that constructed it is blocked in a system call, as
+/// it is when it waits for a lock. On systems other than Linux it always counts as blocked.
 class BlockedThread
 {
 public:
