@@ -5,7 +5,7 @@ import pathlib
 import re
 
 # Blocks in these languages are no commands. Everything else that is indented or fenced is.
-TEXTS = {"text", "conf", "bench"}
+TEXTS = {"text", "conf", "bench", "json", "yaml"}
 # What a command in the middle of a sentence begins with.
 PROGRAMS = ("./", "tools/", "cmake ", "cpack ", "ctest ", "git ", "man ", "ninja ", "sudo ")
 
@@ -51,6 +51,7 @@ def commands(text):
         if any(line.startswith("$ ") for line in lines):
             lines = [line[2:] for line in lines if line.startswith("$ ")]
         whole = "\n".join(lines).replace("\\\n", " ")
+        whole = re.sub(r"(<<-?'?(\w+)'?[^\n]*)\n.*?\n\2(?=\n|$)", r"\1", whole, flags=re.DOTALL)
         for line in whole.splitlines():
             command = re.sub(r"\s+", " ", re.sub(r"(^|\s)#.*", "", line)).strip()
             if command:

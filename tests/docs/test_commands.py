@@ -132,7 +132,8 @@ RULES = [
     (r"(cmake|ninja|cpack) .*", names_a_preset),
     (r"clang-format -i FILES", lambda command: None),
     (r"(sudo )?(apt|apt-get|dnf|zypper|pacman|brew) .*", lambda command: None),
-    (r"git (tag|clone|log|diff|archive) .*", lambda command: None),
+    (r"git (tag|clone|config|log|diff|archive) .*", lambda command: None),
+    (r".*(\bssh\b|\.git/|\bgit show\b).*", lambda command: None),  # other machines and repositories
     (r"man \S+", has_a_manual_page),
     (r"(QVVISA_\w+=\S+ )+tests/endtoend/\w+\.py", run),
     (r"build/release/fuzz/\w+ FILE", run),
