@@ -65,7 +65,7 @@ def runs_qvvisa(command):
 
 def runs_in_an_empty_home(command):
     if (BUILD / "qvvisa").exists():
-        run(f"mkdir empty && HOME=$PWD/empty {command}", HOME)
+        run(f"HOME=$(mktemp -d -p $PWD) {command}", HOME)
 
 
 def opens_the_window(command, prints=""):
