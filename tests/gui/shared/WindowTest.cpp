@@ -78,11 +78,11 @@ void WindowTest::cleanup()
 {
     support::writeFile(bench().pathFor("go"), "");
     tearDown();
-    const QStringList warnings = m_warnings->take();
+    const QString warnings = m_warnings->take().join(QLatin1Char('\n'));
     m_warnings.reset();
     m_bench.reset();
     m_settings.reset();
-    QCOMPARE(warnings, QStringList());
+    QCOMPARE(warnings, QString());
 }
 
 } // namespace guitest
