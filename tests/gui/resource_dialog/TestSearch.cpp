@@ -83,7 +83,7 @@ void TestSearch::falseCountReservesNoMemory()
     const AddressSpaceBelowThePeak below;
     const qint64 before = processSize("VmPeak");
     search("resource b\nresource a\ncount 4000000\n");
-    QVERIFY(processSize("VmPeak") - before < 16 * 1024 * 1024);
+    QVERIFY(processSize("VmPeak") - before < qint64{16} * 1024 * 1024);
     QCOMPARE(cached(), QStringLiteral("a b"));
 }
 
