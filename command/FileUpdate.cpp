@@ -29,6 +29,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int s_mostAttempts = 10;
 constexpr std::chrono::seconds s_longestWait(5);
+/// While others take turns in replacing the file.
+constexpr std::chrono::seconds s_longestWaitInAll(60);
 
 CommandError errorAt(ExitCode code, const std::string& path, const std::string& reason)
 {
@@ -163,7 +165,7 @@ private:
     const std::string& m_path;
     const TextUpdate& m_update;
     const std::optional<std::string>& m_backupSuffix;
-    const Clock::time_point m_deadline = Clock::now() + s_longestWait;
+    const Clock::time_point m_deadline = Clock::now() + s_longestWaitInAll;
     std::optional<TargetFile> m_target;
     std::string m_oldText;
     std::string m_newText;
@@ -180,10 +182,11 @@ void Update::lockTarget()
         if (!m_target || !m_target->exists()) {
             return;
         }
+        const Clock::time_point deadline = Clock::now() + s_longestWait;
         while (uninterrupted(
                    [this] { return ::flock(m_target->descriptor(), LOCK_EX | LOCK_NB); }) != 0 &&
                errno == EWOULDBLOCK) {
-            if (Clock::now() > m_deadline) {
+            if (Clock::now() > deadline) {
                 throw errorAt(ExitCode::Conflict, m_path,
                               "not written: another program has locked the file for 5 seconds");
             }

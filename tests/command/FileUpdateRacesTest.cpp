@@ -48,7 +48,7 @@ bool endedWell(pid_t child)
     return ::waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Saves that follow each other without a pause can make an edit give up.
+/// Writers that follow each other without a pause can make an edit give up.
 void updateUntilDone(const fs::path& path, const QvVisa::TextUpdate& update)
 {
     for (;;) {
@@ -89,8 +89,7 @@ TEST(FileUpdateRaces, FourProcessesLoseNoneOfTheirEdits)
             for (int edit = 0; edit < edits; ++edit) {
                 const std::string line =
                     std::to_string(process) + ' ' + std::to_string(edit) + '\n';
-                QvVisa::updateFile(
-                    path, [&line](const std::string& text) { return text + line; }, std::nullopt);
+                updateUntilDone(path, [&line](const std::string& text) { return text + line; });
             }
         }));
     }
