@@ -4,7 +4,7 @@
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
 #include "tests/gui/main_window/MainWindowTest.h"
-#include "tests/gui/shared/RecordTexts.h"
+#include "tests/gui/common/RecordTexts.h"
 
 #include <QComboBox>
 #include <QTabWidget>

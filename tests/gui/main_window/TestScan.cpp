@@ -4,8 +4,8 @@
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
 #include "tests/gui/main_window/MainWindowTest.h"
-#include "tests/gui/shared/BlockedThread.h"
-#include "tests/gui/shared/NamedCalls.h"
+#include "tests/gui/common/BlockedThread.h"
+#include "tests/gui/common/NamedCalls.h"
 #include "tests/support/Files.h"
 
 #include <QComboBox>

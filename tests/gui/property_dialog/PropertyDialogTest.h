@@ -4,9 +4,9 @@
 #include "gui/DeviceItem.h"
 #include "gui/PropertyDialog.h"
 #include "model/ConfigurationModel.h"
-#include "tests/gui/shared/Dialogs.h"
-#include "tests/gui/shared/RecordTexts.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/Dialogs.h"
+#include "tests/gui/common/RecordTexts.h"
+#include "tests/gui/common/WindowTest.h"
 #include "tests/support/Children.h"
 
 #include <QAction>

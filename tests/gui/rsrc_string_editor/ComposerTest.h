@@ -2,8 +2,8 @@
 #pragma once
 
 #include "gui/RsrcStringEditor.h"
-#include "tests/gui/shared/Dialogs.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/Dialogs.h"
+#include "tests/gui/common/WindowTest.h"
 #include "tests/support/Children.h"
 
 #include <QApplication>

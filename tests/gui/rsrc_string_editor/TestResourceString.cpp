@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The resource strings that composeResourceString() makes of its parts.
 #include "gui/ResourceString.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/WindowTest.h"
 
 using gui::InterfaceType;
 using gui::ResourceParts;

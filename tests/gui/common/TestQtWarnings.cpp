@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The guard that makes a case fail that causes a warning.
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/WindowTest.h"
 
 #include <thread>
 

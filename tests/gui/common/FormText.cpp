@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/gui/shared/FormText.h"
+#include "tests/gui/common/FormText.h"
 
 #include "tests/support/Files.h"
 

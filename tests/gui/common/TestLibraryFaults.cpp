@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Both searches on a VISA library with each fault alone, and with each two faults together.
 #include "gui/VisaSearch.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/WindowTest.h"
 
 #include <algorithm>
 #include <iterator>

@@ -4,7 +4,7 @@
 #include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/WindowTest.h"
 #include "tests/support/Children.h"
 
 #include <QAbstractButton>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What WindowSettings stores of a window, and how it restores it.
 #include "gui/WindowSettings.h"
-#include "tests/gui/shared/Settings.h"
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/Settings.h"
+#include "tests/gui/common/WindowTest.h"
 
 #include <QTabWidget>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/gui/shared/CutOff.h"
+#include "tests/gui/common/CutOff.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/gui/shared/WindowTest.h"
+#include "tests/gui/common/WindowTest.h"
 
 #include "tests/support/Files.h"
 #include "visa/VisaLibrary.h"
