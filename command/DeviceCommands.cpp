@@ -73,8 +73,10 @@ void show(Output& output, const std::string& file, const std::string& family, co
         }
         output.data((wanted ? "" : std::to_string(device) + ' ') + settingsText(properties) + '\n');
         if (!isNamed) {
-            output.message(Severity::Note, file + " does not name " + family + ' ' +
-                                               std::to_string(device) + "; these are the defaults");
+            std::string note = file;
+            note.append(" does not name ").append(family).append(" ");
+            note.append(std::to_string(device)).append("; these are the defaults");
+            output.message(Severity::Note, note);
         }
     }
     if (output.isJson()) {

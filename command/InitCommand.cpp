@@ -26,7 +26,7 @@ std::string pathToCreate(const CommandContext& context, const std::string& argum
     if (context.file && !argument.empty() && *context.file != argument) {
         throw CommandError(ExitCode::WrongUsage, "-f and the argument name different files");
     }
-    const std::string named = argument.empty() ? context.file.value_or(std::string()) : argument;
+    std::string named = argument.empty() ? context.file.value_or(std::string()) : argument;
     if (named == "-") {
         throw CommandError(ExitCode::WrongUsage, "init creates a file; - is none");
     }

@@ -89,7 +89,7 @@ std::string Output::dataWord(Severity severity) const
 
 std::string Output::coloredWord(Severity severity, bool isTerminal) const
 {
-    const std::string word(severityWord(severity));
+    std::string word(severityWord(severity));
     const bool isColored =
         m_colorMode == ColorMode::Always ||
         (m_colorMode == ColorMode::Auto && isTerminal && isEnvironmentForColors());
