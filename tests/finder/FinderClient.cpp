@@ -19,7 +19,7 @@ constexpr ViAttr searchTime = 0x0E5A0001;
 constexpr ViAttr searchKinds = 0x0E5A0002;
 
 template <typename Call>
-Call* function(void* library, const char* name, Call* /*declaration*/)
+Call* function(void* library, const char* name)
 {
     return reinterpret_cast<Call*>(::dlsym(library, name));
 }
@@ -33,11 +33,11 @@ int main(int argc, char* argv[])
         std::fprintf(stderr, "finder_client: %s\n", argc >= 3 ? ::dlerror() : "usage");
         return 2;
     }
-    const auto open = function(library, "viOpenDefaultRM", viOpenDefaultRM);
-    const auto setAttribute = function(library, "viSetAttribute", viSetAttribute);
-    const auto find = function(library, "viFindRsrc", viFindRsrc);
-    const auto findNext = function(library, "viFindNext", viFindNext);
-    const auto close = function(library, "viClose", viClose);
+    const auto open = function<decltype(viOpenDefaultRM)>(library, "viOpenDefaultRM");
+    const auto setAttribute = function<decltype(viSetAttribute)>(library, "viSetAttribute");
+    const auto find = function<decltype(viFindRsrc)>(library, "viFindRsrc");
+    const auto findNext = function<decltype(viFindNext)>(library, "viFindNext");
+    const auto close = function<decltype(viClose)>(library, "viClose");
     ViSession manager = VI_NULL;
     open(&manager);
     if (argc > 3) {
