@@ -3,8 +3,8 @@
 #include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
-#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/gui/common/RecordTexts.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
 #include <QComboBox>
 #include <QTabWidget>

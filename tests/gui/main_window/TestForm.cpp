@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The parts of the main window, and the icons that all windows use.
-#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/gui/common/FormText.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
 #include <QDir>
 #include <QHeaderView>

@@ -3,9 +3,9 @@
 #include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
 #include "gui/RsrcStringEditor.h"
-#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/gui/common/BlockedThread.h"
 #include "tests/gui/common/NamedCalls.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/support/Files.h"
 
 #include <QComboBox>

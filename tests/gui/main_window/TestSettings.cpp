@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The size, position and state that the main window restores.
-#include "tests/gui/main_window/MainWindowTest.h"
 #include "tests/gui/common/Settings.h"
+#include "tests/gui/main_window/MainWindowTest.h"
 
 class TestSettings : public guitest::MainWindowTest
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The parts of the properties dialog, and the order in which the Tab key visits them.
-#include "tests/gui/property_dialog/PropertyDialogTest.h"
 #include "tests/gui/common/FormText.h"
+#include "tests/gui/property_dialog/PropertyDialogTest.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The calls that the dialog makes to list the serial ports, and what it lists.
-#include "tests/gui/property_dialog/PropertyDialogTest.h"
 #include "tests/gui/common/NamedCalls.h"
+#include "tests/gui/property_dialog/PropertyDialogTest.h"
 
 class TestPorts : public guitest::PropertyDialogTest
 {

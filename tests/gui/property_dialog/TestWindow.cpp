@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The properties dialog as a window: size, position, open tab, and what it restores of them.
-#include "tests/gui/property_dialog/PropertyDialogTest.h"
 #include "tests/gui/common/CutOff.h"
 #include "tests/gui/common/FontSize.h"
 #include "tests/gui/common/Settings.h"
+#include "tests/gui/property_dialog/PropertyDialogTest.h"
 #include "tests/support/ModalWindows.h"
 
 #include <QWindow>

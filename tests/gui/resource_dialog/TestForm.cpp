@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The parts of the find dialog, its size and position, and its use by keys.
-#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/gui/common/CutOff.h"
 #include "tests/gui/common/FontSize.h"
 #include "tests/gui/common/FormText.h"
 #include "tests/gui/common/Settings.h"
+#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 
 class TestForm : public guitest::ResourceDialogTest
 {

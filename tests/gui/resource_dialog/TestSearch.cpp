@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The calls of a search, and the cache that its answers make.
-#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/gui/common/NamedCalls.h"
+#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/support/Sanitizers.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The find dialog and its cache while a search runs on another thread.
-#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/gui/common/BlockedThread.h"
+#include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/support/Files.h"
 
 #include <atomic>

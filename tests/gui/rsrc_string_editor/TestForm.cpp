@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The parts of the composer, the fields of each interface, and its size and position.
-#include "tests/gui/rsrc_string_editor/ComposerTest.h"
 #include "tests/gui/common/CutOff.h"
 #include "tests/gui/common/FontSize.h"
 #include "tests/gui/common/FormText.h"
 #include "tests/gui/common/Settings.h"
+#include "tests/gui/rsrc_string_editor/ComposerTest.h"
 
 #include <QGroupBox>
 #include <QLayout>
