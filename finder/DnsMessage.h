@@ -61,7 +61,8 @@ public:
     /// unicastResponse asks for an answer to the sender instead of the group.
     void addQuestion(const DnsName& name, DnsType type, bool unicastResponse);
 
-    /// Tells responders which answer to a PTR question is known already. The question comes first.
+    /// Adds an answer to a PTR question that is known already, so that responders do not repeat it.
+    /// The question must have been added before.
     /// False, and nothing added, when the packet would exceed the given size.
     bool addKnownAnswer(const DnsName& service, const DnsName& instance, std::uint32_t ttl,
                         std::size_t mostBytes);

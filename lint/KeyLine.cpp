@@ -25,8 +25,8 @@ constexpr bool isWordCharacter(char c)
     return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' || c == '-';
 }
 
-/// Reads a line from its front to its end and remembers the first white space that it was told not
-/// to expect.
+/// Reads a line from its front to its end and remembers the first white space that its
+/// caller did not allow.
 class Cursor
 {
 public:

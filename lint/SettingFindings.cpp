@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "lint/SettingFindings.h"
 
+#include "document/PropertyKeys.h"
 #include "lint/LineText.h"
 
 #include <cstddef>
@@ -31,33 +32,9 @@ std::uint32_t widthOf(LineKind kind)
     }
 }
 
-const char* keyOf(LineKind kind)
+std::string keyOf(LineKind kind)
 {
-    switch (kind) {
-    case LineKind::Provider:
-        return "Provider";
-    case LineKind::GpibPrimaryAddress:
-        return "PrimaryAddress";
-    case LineKind::GpibSecondaryAddress:
-        return "SecondaryAddress";
-    case LineKind::GpibSystemController:
-        return "SystemController";
-    case LineKind::SerialBaudrate:
-        return "Baudrate";
-    case LineKind::SerialDataBits:
-        return "DataBits";
-    case LineKind::SerialStopBits:
-        return "StopBits";
-    case LineKind::SerialParity:
-        return "Parity";
-    case LineKind::SerialFlowControl:
-        return "FlowControl";
-    case LineKind::None:
-    case LineKind::Resource:
-    case LineKind::Alias:
-        break;
-    }
-    return "";
+    return kind == LineKind::Provider ? "Provider" : std::string(QvVisa::keyInFile(kind));
 }
 
 void judgeValue(LineKind kind, std::uint32_t value, std::size_t offset, LineFindings& findings)
@@ -166,7 +143,7 @@ void judgeSetting(std::string_view line, const ConfigurationLine& match, EntryTa
     const std::uint32_t value = *number & widthOf(match.kind);
     if (value != *number) {
         findings.add(FindingCode::ValueCut, offset,
-                     std::string(keyOf(match.kind)) + " is cut to its width: this sets " +
+                     keyOf(match.kind) + " is cut to its width: this sets " +
                          std::to_string(value) + ".");
     } else {
         judgeValue(match.kind, value, offset, findings);

@@ -62,7 +62,7 @@ Function* next(const char* name)
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
-/// call moves as many bytes as it is told.
+/// call moves the given number of bytes.
 template <typename Call>
 auto move(const char* name, std::size_t size, Call call, const char* path = "")
     -> decltype(call(size))
