@@ -3,9 +3,9 @@
 
 #include "command/ConfigurationText.h"
 #include "command/EditCommand.h"
-#include "command/Encoding.h"
 #include "command/EntryCheck.h"
 #include "command/Suggestion.h"
+#include "config/Encoding.h"
 
 #include <algorithm>
 #include <memory>

@@ -3,9 +3,9 @@
 
 #include "command/ConfigurationText.h"
 #include "command/EditCommand.h"
-#include "command/Encoding.h"
 #include "command/EntryCheck.h"
 #include "config/ConfigurationValue.h"
+#include "config/Encoding.h"
 
 #include <memory>
 #include <string>

@@ -2,7 +2,7 @@
 #include "command/CommandLine.h"
 
 #include "command/Commands.h"
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 
 #include <algorithm>
 #include <exception>

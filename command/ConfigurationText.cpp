@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "command/ConfigurationText.h"
 
-#include "command/Encoding.h"
 #include "config/ConfigurationFile.h"
+#include "config/Encoding.h"
 #include "config/FileDescriptor.h"
+#include "config/WholeFile.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <istream>
 #include <iterator>
+#include <optional>
 #include <system_error>
+#include <utility>
 
 namespace QvVisa {
 
@@ -52,27 +54,11 @@ std::string readWholeFile(const std::string& path)
         throw readError(path, "not a regular file");
     }
     const FileDescriptor file = FileDescriptor::openForReading(path);
-    if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    std::optional<std::string> text = file.isOpen() ? readWholeFile(file.get()) : std::nullopt;
+    if (!text) {
         throw readError(path, reasonOf(errno));
     }
-    std::string text;
-    constexpr std::size_t more = std::size_t{64} * 1024;
-    std::size_t length = 0;
-    for (;;) {
-        // One byte more than the file has, so that its end is seen in the second read.
-        const auto expected = static_cast<std::size_t>(status.st_size) + 1;
-        text.resize(length < expected ? expected : length + more);
-        const ssize_t count = uninterrupted(
-            [&] { return ::read(file.get(), text.data() + length, text.size() - length); });
-        if (count < 0) {
-            throw readError(path, reasonOf(errno));
-        }
-        if (count == 0) {
-            text.resize(length);
-            return text;
-        }
-        length += static_cast<std::size_t>(count);
-    }
+    return *std::move(text);
 }
 
 std::string readStandardInput(CommandContext& context)

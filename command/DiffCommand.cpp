@@ -3,8 +3,8 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "config/ConfigurationValue.h"
+#include "config/Encoding.h"
 #include "document/Difference.h"
 #include "document/PropertyKeys.h"
 

@@ -2,9 +2,9 @@
 #include "command/EditCommand.h"
 
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "command/EntryText.h"
 #include "command/FileUpdate.h"
+#include "config/Encoding.h"
 #include "config/ProcessEnvironment.h"
 #include "document/UnifiedDiff.h"
 

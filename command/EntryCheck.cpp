@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command/EntryCheck.h"
 
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 #include "config/ModernConfigurationFile.h"
 #include "document/EntryEdits.h"
 #include "lint/Linter.h"

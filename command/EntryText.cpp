@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "command/EntryText.h"
 
-#include "command/Encoding.h"
 #include "command/ExitCode.h"
 #include "config/ConfigurationValue.h"
+#include "config/Encoding.h"
 #include "document/PropertyKeys.h"
 
 #include <nlohmann/json.hpp>

@@ -2,10 +2,11 @@
 #include "command/FileUpdate.h"
 
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "command/ExitCode.h"
 #include "config/AtomicFileWrite.h"
+#include "config/Encoding.h"
 #include "config/TargetFile.h"
+#include "config/WholeFile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -41,34 +42,6 @@ CommandError notWritten(const std::string& path, int error)
 {
     return errorAt(ExitCode::NotWritten, path,
                    "not written: " + std::generic_category().message(error));
-}
-
-/// All bytes of an open file; none, with errno set, when a read failed.
-std::optional<std::string> readAll(int descriptor)
-{
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0) {
-        return std::nullopt;
-    }
-    std::string text;
-    std::size_t length = 0;
-    constexpr std::size_t more = std::size_t{64} * 1024;
-    for (;;) {
-        const auto expected = static_cast<std::size_t>(status.st_size) + 1;
-        text.resize(length < expected ? expected : length + more);
-        const ssize_t count = uninterrupted([&] {
-            return ::pread(descriptor, text.data() + length, text.size() - length,
-                           static_cast<off_t>(length));
-        });
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            text.resize(length);
-            return text;
-        }
-        length += static_cast<std::size_t>(count);
-    }
 }
 
 /// False as well when the file cannot be read.
@@ -218,7 +191,7 @@ bool Update::attemptOnce()
         checkWithoutWriting();
         return true;
     }
-    std::optional<std::string> text = readAll(m_target->descriptor());
+    std::optional<std::string> text = readWholeFile(m_target->descriptor());
     if (!text) {
         // EBADF: opened for writing only, because reading is not permitted.
         const int error = errno == EBADF ? EACCES : errno;

@@ -3,8 +3,8 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "command/Suggestion.h"
+#include "config/Encoding.h"
 #include "config/UpperCase.h"
 #include "document/Entries.h"
 

@@ -3,8 +3,8 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "command/FileUpdate.h"
+#include "config/Encoding.h"
 #include "lint/Linter.h"
 #include "lint/Repair.h"
 

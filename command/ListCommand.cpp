@@ -3,8 +3,8 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
-#include "command/Encoding.h"
 #include "command/EntryText.h"
+#include "config/Encoding.h"
 #include "document/Entries.h"
 #include "document/PropertyKeys.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command/Output.h"
 
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 
 #include <nlohmann/json.hpp>
 

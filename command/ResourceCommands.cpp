@@ -3,8 +3,8 @@
 
 #include "command/ConfigurationText.h"
 #include "command/EditCommand.h"
-#include "command/Encoding.h"
 #include "command/EntryCheck.h"
+#include "config/Encoding.h"
 #include "config/UpperCase.h"
 
 #include <memory>

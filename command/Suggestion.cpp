@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command/Suggestion.h"
 
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 #include "config/UpperCase.h"
 
 #include <algorithm>

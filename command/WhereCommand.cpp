@@ -2,7 +2,7 @@
 #include "command/Commands.h"
 
 #include "command/CommandLine.h"
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 #include "config/ProcessEnvironment.h"
 #include "config/SearchPlaces.h"
 

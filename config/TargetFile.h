@@ -28,6 +28,11 @@ public:
     ///   a deleted file).
     static std::optional<TargetFile> open(const std::filesystem::path& path);
 
+    /// Follows the path's symbolic links like open(), but opens nothing: the result has folder(),
+    /// name() and path(), and exists() is false. Nothing, with errno set, when the folder does not
+    /// exist or a link may not be followed.
+    static std::optional<TargetFile> resolve(const std::filesystem::path& path);
+
     /// False for a name that is still free; descriptor() and status() are then meaningless.
     bool exists() const { return m_file.isOpen(); }
     int descriptor() const { return m_file.get(); }
@@ -48,7 +53,6 @@ public:
 private:
     TargetFile() = default;
 
-    static std::optional<TargetFile> resolve(const std::filesystem::path& path);
     bool openFile();
 
     FileDescriptor m_folder;

@@ -88,6 +88,26 @@ void removeLeftover(int folder, const char* name, uid_t owner)
     }
 }
 
+/// Calls action(name) with each temporary file in the folder whose process has died.
+template <typename Action>
+void forEachLeftover(int folder, Action action)
+{
+    const int descriptor = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC, mode_t{0});
+    const std::unique_ptr<DIR, int (*)(DIR*)> names(
+        descriptor >= 0 ? ::fdopendir(descriptor) : nullptr, &::closedir);
+    if (!names) {
+        const FileDescriptor closing(descriptor);
+        return;
+    }
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread uses this stream.
+    while (const dirent* entry = ::readdir(names.get())) {
+        const pid_t process = creatorOf(entry->d_name);
+        if (process != 0 && !isAlive(process)) {
+            action(static_cast<const char*>(entry->d_name));
+        }
+    }
+}
+
 } // namespace
 
 TemporaryFile::TemporaryFile(int folder, mode_t mode, Kind kind)
@@ -172,22 +192,16 @@ bool TemporaryFile::exchangeWith(const std::string& name)
 #endif
 }
 
+std::vector<std::string> TemporaryFile::leftovers(int folder)
+{
+    std::vector<std::string> names;
+    forEachLeftover(folder, [&names](const char* name) { names.emplace_back(name); });
+    return names;
+}
+
 void TemporaryFile::removeLeftovers(int folder, uid_t owner)
 {
-    const int descriptor = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC, mode_t{0});
-    const std::unique_ptr<DIR, int (*)(DIR*)> names(
-        descriptor >= 0 ? ::fdopendir(descriptor) : nullptr, &::closedir);
-    if (!names) {
-        const FileDescriptor closing(descriptor);
-        return;
-    }
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread uses this stream.
-    while (const dirent* entry = ::readdir(names.get())) {
-        const pid_t process = creatorOf(entry->d_name);
-        if (process != 0 && !isAlive(process)) {
-            removeLeftover(folder, entry->d_name, owner);
-        }
-    }
+    forEachLeftover(folder, [=](const char* name) { removeLeftover(folder, name, owner); });
 }
 
 } // namespace QvVisa

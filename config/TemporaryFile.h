@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 namespace QvVisa {
 
@@ -51,6 +52,9 @@ public:
 
     /// Leaves the file with the temporary name where it is.
     void keep() { m_name.clear(); }
+
+    /// The names of the temporary files in the folder whose processes have died.
+    static std::vector<std::string> leftovers(int folder);
 
     /// Removes the temporary files in the folder that processes of this user left when they died.
     /// Root's may already belong to owner, to whom they were to be given.

@@ -22,7 +22,7 @@ constexpr auto s_localGrace = 100ms;
 
 } // namespace
 
-FinderSource::FinderSource(FinderSettings settings, SystemFiles files)
+FinderSource::FinderSource(FinderSettings settings, visa::SystemFiles files)
     : m_settings(std::move(settings)),
       m_files(std::move(files)),
       m_log(std::make_shared<SearchLog>(m_settings.log)),

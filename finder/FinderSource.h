@@ -3,8 +3,8 @@
 
 #include "finder/FinderSettings.h"
 #include "finder/LocalSearch.h"
-#include "finder/SystemFiles.h"
 #include "resourcemanager/ResourceSource.h"
+#include "visa/SystemFiles.h"
 
 #include <memory>
 #include <string>
@@ -20,7 +20,7 @@ class SearchLog;
 class FinderSource : public resourcemanager::ResourceSource
 {
 public:
-    FinderSource(FinderSettings settings, SystemFiles files);
+    FinderSource(FinderSettings settings, visa::SystemFiles files);
 
     std::string manufacturerName() const override;
 
@@ -39,7 +39,7 @@ private:
                                               LocalSearch::Run& run);
 
     const FinderSettings m_settings;
-    const SystemFiles m_files;
+    const visa::SystemFiles m_files;
     const std::shared_ptr<SearchLog> m_log;
     LocalSearch m_localSearch;
 };

@@ -17,7 +17,7 @@ namespace finder {
 class LocalSearch::Run
 {
 public:
-    void execute(const SystemFiles& files, const std::string& portTable, SearchLog& log)
+    void execute(const visa::SystemFiles& files, const std::string& portTable, SearchLog& log)
     {
         try {
             const PortTable table = PortTable::read(portTable, files, log);
@@ -76,7 +76,8 @@ private:
     std::vector<SerialPort> m_ports;
 };
 
-LocalSearch::LocalSearch(SystemFiles files, std::string portTable, std::shared_ptr<SearchLog> log)
+LocalSearch::LocalSearch(visa::SystemFiles files, std::string portTable,
+                         std::shared_ptr<SearchLog> log)
     : m_files(std::move(files)),
       m_portTable(std::move(portTable)),
       m_log(std::move(log))

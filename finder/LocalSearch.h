@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "finder/SystemFiles.h"
+#include "visa/SystemFiles.h"
 
 #include <chrono>
 #include <memory>
@@ -23,7 +23,7 @@ public:
 
     /// portTable: the path of the user's port table. The log is shared with the thread, which may
     /// outlive this object.
-    LocalSearch(SystemFiles files, std::string portTable, std::shared_ptr<SearchLog> log);
+    LocalSearch(visa::SystemFiles files, std::string portTable, std::shared_ptr<SearchLog> log);
 
     /// A search that has begun: its results grow until it is complete.
     class Run;
@@ -43,7 +43,7 @@ public:
     static Results results(Run& run, Clock::time_point deadline);
 
 private:
-    SystemFiles m_files;
+    visa::SystemFiles m_files;
     std::string m_portTable;
     std::shared_ptr<SearchLog> m_log;
     std::mutex m_mutex; ///< Guards m_latest.

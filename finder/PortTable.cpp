@@ -2,7 +2,7 @@
 #include "finder/PortTable.h"
 
 #include "finder/SearchLog.h"
-#include "finder/SystemFiles.h"
+#include "visa/SystemFiles.h"
 
 #include <algorithm>
 #include <charconv>
@@ -20,7 +20,7 @@ std::string_view trimmed(std::string_view text)
 
 } // namespace
 
-PortTable::PortTable(std::string_view text, const SystemFiles& files, SearchLog& log)
+PortTable::PortTable(std::string_view text, const visa::SystemFiles& files, SearchLog& log)
 {
     for (int number = 1; !text.empty(); ++number) {
         const std::string_view whole = text.substr(0, text.find('\n'));
@@ -34,13 +34,13 @@ PortTable::PortTable(std::string_view text, const SystemFiles& files, SearchLog&
     }
 }
 
-PortTable PortTable::read(const std::string& path, const SystemFiles& files, SearchLog& log)
+PortTable PortTable::read(const std::string& path, const visa::SystemFiles& files, SearchLog& log)
 {
     const auto text = files.readRegularFile(path);
     return text ? PortTable(*text, files, log) : PortTable();
 }
 
-std::string PortTable::add(std::string_view line, const SystemFiles& files)
+std::string PortTable::add(std::string_view line, const visa::SystemFiles& files)
 {
     const std::size_t separator = line.find('=');
     if (separator == std::string_view::npos) {

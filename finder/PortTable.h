@@ -6,10 +6,13 @@
 #include <string>
 #include <string_view>
 
+namespace visa {
+class SystemFiles;
+} // namespace visa
+
 namespace finder {
 
 class SearchLog;
-class SystemFiles;
 
 /// The user's table that pins port numbers to serial adapters. Lines are "NUMBER = PATH", NUMBER 1
 /// to 65535, PATH a link or node below /dev, usually one in /dev/serial/by-id/. Blank lines and
@@ -21,11 +24,11 @@ public:
 
     /// A line that cannot be used, a second pin of a number and a second number of an adapter are
     /// ignored and go to the log with their line's number.
-    PortTable(std::string_view text, const SystemFiles& files, SearchLog& log);
+    PortTable(std::string_view text, const visa::SystemFiles& files, SearchLog& log);
 
     /// The table at that path; an empty one when there is no such file. Files of more than 64 KiB
     /// are cut.
-    static PortTable read(const std::string& path, const SystemFiles& files, SearchLog& log);
+    static PortTable read(const std::string& path, const visa::SystemFiles& files, SearchLog& log);
 
     struct Pin
     {
@@ -40,7 +43,7 @@ public:
 
 private:
     /// Why the line cannot be used; empty when it was taken in.
-    std::string add(std::string_view line, const SystemFiles& files);
+    std::string add(std::string_view line, const visa::SystemFiles& files);
 
     std::map<std::uint16_t, Pin> m_pins;
 };

@@ -3,7 +3,8 @@
 
 #include "finder/PortTable.h"
 #include "finder/SearchLog.h"
-#include "finder/SystemFiles.h"
+#include "visa/DeviceFiles.h"
+#include "visa/SystemFiles.h"
 
 #include <algorithm>
 #include <array>
@@ -16,7 +17,6 @@ namespace finder {
 
 namespace {
 
-constexpr std::string_view s_terminals = "/sys/class/tty/";
 constexpr std::string_view s_devices = "/dev/";
 constexpr std::string_view s_links = "/dev/serial/by-id/";
 
@@ -29,34 +29,6 @@ struct Family
 constexpr std::array<Family, 3> s_families{{{"ttyS", 1}, {"ttyUSB", 101}, {"ttyACM", 201}}};
 constexpr unsigned s_firstOtherNumber = 301;
 constexpr unsigned s_lastNumber = 65535;
-
-/// True when the driver of the port, or of a device that it hangs on, only reserves a number for a
-/// port that a machine may have.
-bool isPlaceholderDriver(const SystemFiles& files, const std::string& terminal,
-                         const std::string& driver)
-{
-    constexpr std::string_view placeholder = "serial8250";
-    if (driver != "port") {
-        return driver == placeholder;
-    }
-    // From kernel 6.5 on, ports hang on a controller, which hangs on what has the driver.
-    constexpr std::array<std::string_view, 3> above{"/device/../driver", "/device/../../driver",
-                                                    "/device/../../../driver"};
-    return std::any_of(above.begin(), above.end(), [&](std::string_view link) {
-        return files.linkName(terminal + std::string(link)) == placeholder;
-    });
-}
-
-bool exists(const SystemFiles& files, const std::string& name)
-{
-    const std::string terminal = std::string(s_terminals) + name;
-    const auto driver = files.linkName(terminal + "/device/driver");
-    if (!driver) {
-        return false;
-    }
-    const auto type = files.read(terminal + "/type");
-    return type ? *type != "0" : !isPlaceholderDriver(files, terminal, *driver);
-}
 
 /// The number that a port's name gives it; nothing for a name of no family.
 std::optional<unsigned> usualNumber(const std::string& name)
@@ -100,7 +72,7 @@ private:
     unsigned m_next = s_firstOtherNumber;
 };
 
-std::optional<std::string> linkTo(const SystemFiles& files, const std::string& port)
+std::optional<std::string> linkTo(const visa::SystemFiles& files, const std::string& port)
 {
     for (const std::string& name : files.names(std::string(s_links))) {
         const std::string link = std::string(s_links) + name;
@@ -118,12 +90,9 @@ std::string SerialPort::resourceString() const
     return "ASRL" + std::to_string(number) + "::INSTR";
 }
 
-std::vector<SerialPort> serialPorts(const SystemFiles& files, const PortTable& table)
+std::vector<SerialPort> serialPorts(const visa::SystemFiles& files, const PortTable& table)
 {
-    std::vector<std::string> names = files.names(std::string(s_terminals));
-    names.erase(std::remove_if(names.begin(), names.end(),
-                               [&files](const auto& name) { return !exists(files, name); }),
-                names.end());
+    std::vector<std::string> names = visa::serialTerminals(files);
     Numbers numbers;
     std::vector<SerialPort> ports;
     for (const auto& [number, pin] : table.pins()) {
@@ -148,7 +117,8 @@ std::vector<SerialPort> serialPorts(const SystemFiles& files, const PortTable& t
     return ports;
 }
 
-void logSerialPorts(const std::vector<SerialPort>& ports, const SystemFiles& files, SearchLog& log)
+void logSerialPorts(const std::vector<SerialPort>& ports, const visa::SystemFiles& files,
+                    SearchLog& log)
 {
     for (const SerialPort& port : ports) {
         const std::string node = std::string(s_devices) + port.name;

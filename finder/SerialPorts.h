@@ -5,11 +5,14 @@
 #include <string>
 #include <vector>
 
+namespace visa {
+class SystemFiles;
+} // namespace visa
+
 namespace finder {
 
 class PortTable;
 class SearchLog;
-class SystemFiles;
 
 /// A serial port of this machine.
 struct SerialPort
@@ -27,9 +30,10 @@ struct SerialPort
 /// 1, ttyUSB0 is 101, ttyACM0 is 201 and so on, and every other port, as well as one whose number
 /// is taken, has the next free number from 301. A number pinned to an adapter that is unplugged
 /// stays free. Ports for which there is no number left are left out.
-std::vector<SerialPort> serialPorts(const SystemFiles& files, const PortTable& table);
+std::vector<SerialPort> serialPorts(const visa::SystemFiles& files, const PortTable& table);
 
 /// Writes each port with what it is, the line that would pin it, and whether this user may open it.
-void logSerialPorts(const std::vector<SerialPort>& ports, const SystemFiles& files, SearchLog& log);
+void logSerialPorts(const std::vector<SerialPort>& ports, const visa::SystemFiles& files,
+                    SearchLog& log);
 
 } // namespace finder

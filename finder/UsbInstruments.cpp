@@ -2,7 +2,8 @@
 #include "finder/UsbInstruments.h"
 
 #include "finder/SearchLog.h"
-#include "finder/SystemFiles.h"
+#include "visa/DeviceFiles.h"
+#include "visa/SystemFiles.h"
 
 #include <algorithm>
 #include <charconv>
@@ -61,15 +62,10 @@ std::string faultOf(const std::string& serial)
     return {};
 }
 
-void logAccess(const SystemFiles& files, SearchLog& log, const std::string& device,
+void logAccess(const visa::SystemFiles& files, SearchLog& log, const std::string& device,
                const std::string& resource)
 {
-    const auto padded = [](const std::optional<std::string>& number) {
-        return number && number->size() < 3 ? std::string(3 - number->size(), '0') + *number
-                                            : number.value_or("");
-    };
-    const std::string node = "/dev/bus/usb/" + padded(files.read(device + "/busnum")) + "/" +
-                             padded(files.read(device + "/devnum"));
+    const std::string node = visa::usbDeviceFile(files, device);
     if (files.exists(node) && !files.isAccessible(node)) {
         log.line("no permission for " + node + " (group " + files.groupOf(node) + "): " + resource +
                  " is listed, but cannot be opened");
@@ -77,12 +73,11 @@ void logAccess(const SystemFiles& files, SearchLog& log, const std::string& devi
 }
 
 /// The instrument of one USB interface; nothing where it is none, or cannot be listed.
-std::optional<UsbInstrument> instrumentOf(const SystemFiles& files, SearchLog& log,
+std::optional<UsbInstrument> instrumentOf(const visa::SystemFiles& files, SearchLog& log,
                                           const std::string& interfaceName)
 {
     const std::string interface = std::string(s_devices) + interfaceName;
-    if (files.read(interface + "/bInterfaceClass") != "fe" ||
-        files.read(interface + "/bInterfaceSubClass") != "03") {
+    if (!visa::isTestAndMeasurement(files, interface)) {
         return std::nullopt;
     }
     const std::string device =
@@ -126,7 +121,7 @@ bool operator<(const UsbInstrument& left, const UsbInstrument& right)
            std::tie(right.vendor, right.product, right.serial, right.interfaceNumber);
 }
 
-void findUsbInstruments(const SystemFiles& files, SearchLog& log,
+void findUsbInstruments(const visa::SystemFiles& files, SearchLog& log,
                         const std::function<void(const UsbInstrument&)>& found)
 {
     for (const std::string& name : files.names(std::string(s_devices))) {

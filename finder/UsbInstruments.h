@@ -4,10 +4,13 @@
 #include <functional>
 #include <string>
 
+namespace visa {
+class SystemFiles;
+} // namespace visa
+
 namespace finder {
 
 class SearchLog;
-class SystemFiles;
 
 /// One USB Test and Measurement interface.
 struct UsbInstrument
@@ -29,7 +32,7 @@ struct UsbInstrument
 /// found: called with each one, in the order of the kernel's names. What is left out,
 /// and device files that this user may not open, go to the log. May block for as long as a device
 /// does, since reading a serial number takes the device's lock.
-void findUsbInstruments(const SystemFiles& files, SearchLog& log,
+void findUsbInstruments(const visa::SystemFiles& files, SearchLog& log,
                         const std::function<void(const UsbInstrument&)>& found);
 
 } // namespace finder

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "finder/FinderSource.h"
 
-#include "tests/finder/FakeSystem.h"
+#include "tests/support/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
@@ -49,7 +49,7 @@ protected:
         return source.alias(*visa::parseResourceName(resource));
     }
 
-    FakeSystem m_system;
+    support::FakeSystem m_system;
 };
 
 TEST_F(FinderSourceTest, ListsWhatTheExpressionMatches)

@@ -2,7 +2,7 @@
 #include "finder/LocalSearch.h"
 
 #include "finder/SearchLog.h"
-#include "tests/finder/FakeSystem.h"
+#include "tests/support/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
@@ -29,7 +29,7 @@ protected:
         return LocalSearch(m_system.files(), "/ports.conf", std::make_shared<SearchLog>(""));
     }
 
-    FakeSystem m_system;
+    support::FakeSystem m_system;
 };
 
 TEST_F(LocalSearchTest, ListsUsbInstrumentsByNumberThenSerialPorts)

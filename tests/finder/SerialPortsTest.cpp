@@ -3,7 +3,7 @@
 
 #include "finder/PortTable.h"
 #include "finder/SearchLog.h"
-#include "tests/finder/FakeSystem.h"
+#include "tests/support/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ protected:
         return std::filesystem::exists(path) ? support::readFile(path) : std::string();
     }
 
-    FakeSystem m_system;
+    support::FakeSystem m_system;
 };
 
 TEST_F(SerialPorts, NamesGiveTheUsualNumbers)

@@ -2,7 +2,7 @@
 #include "finder/UsbInstruments.h"
 
 #include "finder/SearchLog.h"
-#include "tests/finder/FakeSystem.h"
+#include "tests/support/FakeSystem.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ protected:
         m_system.usbDevice("1-2", "0957", "56a0", serial);
     }
 
-    FakeSystem m_system;
+    support::FakeSystem m_system;
 };
 
 TEST_F(UsbInstruments, InterfaceOfAnotherClassIsNoInstrument)

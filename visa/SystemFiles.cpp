@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "finder/SystemFiles.h"
+#include "visa/SystemFiles.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -15,7 +15,7 @@
 #include <string_view>
 #include <utility>
 
-namespace finder {
+namespace visa {
 
 namespace {
 
@@ -182,4 +182,4 @@ bool naturalLess(const std::string& left, const std::string& right)
     return leftRest.size() != rightRest.size() ? leftRest.size() < rightRest.size() : left < right;
 }
 
-} // namespace finder
+} // namespace visa

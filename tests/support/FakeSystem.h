@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "finder/SystemFiles.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryFolder.h"
+#include "visa/SystemFiles.h"
 
 #include <filesystem>
 #include <string>
 
-/// A root folder with the parts of /sys and /dev that the finder reads.
+namespace support {
+
+/// A root folder with the parts of /sys and /dev that the programs read.
 class FakeSystem
 {
 public:
@@ -17,12 +19,12 @@ public:
         return m_root.path() / path.substr(1);
     }
 
-    finder::SystemFiles files() const { return finder::SystemFiles(m_root.path().string()); }
+    visa::SystemFiles files() const { return visa::SystemFiles(m_root.path().string()); }
 
     void file(const std::string& name, const std::string& text) const
     {
         std::filesystem::create_directories(path(name).parent_path());
-        support::writeFile(path(name), text);
+        writeFile(path(name), text);
     }
 
     void link(const std::string& name, const std::string& target) const
@@ -64,5 +66,7 @@ public:
     }
 
 private:
-    support::TemporaryFolder m_root;
+    TemporaryFolder m_root;
 };
+
+} // namespace support

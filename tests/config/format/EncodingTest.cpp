@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "command/Encoding.h"
+#include "config/Encoding.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace finder {
+namespace visa {
 
 /// The files below /sys and /dev, or below another root folder in tests. Links are followed by
 /// their texts: a simulated /sys has no real paths.
@@ -47,4 +47,4 @@ private:
 /// True when left comes before right and runs of digits compare by their value.
 bool naturalLess(const std::string& left, const std::string& right);
 
-} // namespace finder
+} // namespace visa

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "config/WholeFile.h"
+
+#include "config/FileDescriptor.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace QvVisa {
+
+std::optional<std::string> readWholeFile(int descriptor)
+{
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    std::string text;
+    std::size_t length = 0;
+    constexpr std::size_t more = std::size_t{64} * 1024;
+    for (;;) {
+        // One byte more than the file has, so that its end is seen in the second read.
+        const auto expected = static_cast<std::size_t>(status.st_size) + 1;
+        text.resize(length < expected ? expected : length + more);
+        const ssize_t count = uninterrupted([&] {
+            return ::pread(descriptor, text.data() + length, text.size() - length,
+                           static_cast<off_t>(length));
+        });
+        if (count < 0) {
+            return std::nullopt;
+        }
+        if (count == 0) {
+            text.resize(length);
+            return text;
+        }
+        length += static_cast<std::size_t>(count);
+    }
+}
+
+} // namespace QvVisa
