@@ -7,6 +7,7 @@ usage: responder.py DESCRIPTION
 The description is JSON: {"instruments": [...], "broadcasts": [ADDRESS]}; an instrument has
   address   its IPv4 address; this machine must have it
   vxi11     the answer of its port mapper, 0 for "no"; without it, it has no port mapper
+  identity  its answer to *IDN?, which it gives at that TCP port; without it, nothing listens there
   services  [[instance, service, port, {key: value}], ...]
   host      the host name in its SRV records; by default named after the address
   records   the addresses of its host, by default its own; [] for none
@@ -21,6 +22,8 @@ import select
 import socket
 import struct
 import sys
+
+import vxi11
 
 GROUP = "224.0.0.251"
 
@@ -92,6 +95,8 @@ class Instrument:
         self.mdns.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(self.address))
         self.mdns.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_TTL, 255)
         self.portmap = self.open(111) if self.vxi11 is not None else None
+        if "identity" in description:
+            vxi11.serve(self.address, self.vxi11, description["identity"])
 
     def open(self, port):
         opened = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
