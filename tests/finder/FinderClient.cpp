@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Makes one search with a VISA library, as any client does.
 //   finder_client LIBRARY EXPRESSION [SEARCH_TIME_MS [SEARCH_KINDS]]
-// Prints the resources ("- TEXT"), the status of viFindRsrc and the time of the search.
+// Prints the resources ("- TEXT"), the most memory that the process has used, the status of
+// viFindRsrc and the time of the search.
 
 #include "visa/VisaApi.h"
 
@@ -11,7 +12,9 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -22,6 +25,19 @@ template <typename Call>
 Call* function(void* library, const char* name)
 {
     return reinterpret_cast<Call*>(::dlsym(library, name));
+}
+
+/// As the kernel writes it, "kilobytes 3456"; empty where it does not.
+std::string mostMemory()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        constexpr std::string_view name = "VmHWM:";
+        if (line.compare(0, name.size(), name) == 0) {
+            return "kilobytes " + std::to_string(std::atoi(line.c_str() + name.size())) + '\n';
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -58,7 +74,7 @@ int main(int argc, char* argv[])
     }
     close(manager);
     const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(end - begin);
-    std::printf("status %08X\nmilliseconds %lld\n", static_cast<unsigned>(status),
-                static_cast<long long>(time.count()));
+    std::printf("%sstatus %08X\nmilliseconds %lld\n", mostMemory().c_str(),
+                static_cast<unsigned>(status), static_cast<long long>(time.count()));
     return 0;
 }

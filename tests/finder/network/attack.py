@@ -12,6 +12,7 @@ import sys
 
 GROUP = "224.0.0.251"
 ADDRESS = "198.51.100.2"
+UDP_SEGMENT = 103  # the socket option that sets the length of each packet of a burst
 
 
 def name(text):
@@ -64,7 +65,9 @@ def wrong_transactions():
 
 
 def flood():
-    return [response(announcement(random.randrange(10**9))) for _ in range(20000)]
+    """Packets of equal length, which main() sends in bursts that the kernel cuts into packets: one by
+    one Python is too slow."""
+    return [response(announcement(number)) for number in random.sample(range(10**8, 10**9), 20000)]
 
 
 def socket_for(port, address=""):
@@ -94,6 +97,11 @@ def main():
     portmap = socket_for(111, "198.51.100.255")
     answers = socket_for(5353, ADDRESS)
     answers.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(ADDRESS))
+    bursts = []
+    if attack == "flood":
+        packets = flood()
+        answers.setsockopt(socket.IPPROTO_UDP, UDP_SEGMENT, len(packets[0]))
+        bursts = [b"".join(packets[i:i + 50]) for i in range(0, len(packets), 50)]
     print("ready", flush=True)
     while True:
         for readable in select.select([group, portmap], [], [])[0]:
@@ -101,7 +109,7 @@ def main():
             if attack == "spoofed_sources":
                 send_spoofed(response(announcement(1)), sender)
                 continue
-            for packet in globals()[attack]():
+            for packet in bursts or globals()[attack]():
                 try:
                     answers.sendto(packet, sender if sender[1] != 5353 else (GROUP, 5353))
                 except OSError:
