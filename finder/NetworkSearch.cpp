@@ -202,11 +202,22 @@ void NetworkSearch::askNamedHosts()
 void NetworkSearch::sendFollowUps()
 {
     m_followUpTime.reset();
+    // A responder that has just announced its records keeps silent for a second where the answer
+    // goes to the group, but it answers a direct question at once.
+    sendFollowUp(std::exchange(m_directQuestions, {}), true);
+    sendFollowUp(std::exchange(m_groupQuestions, {}), false);
+}
+
+void NetworkSearch::sendFollowUp(const std::set<ServiceCatalog::Question>& questions, bool isDirect)
+{
     DnsQuery query;
-    for (const auto& [name, type] : std::exchange(m_openQuestions, {})) {
-        if (query.questionCount() < dnsMostQuestions &&
-            query.encoded().size() + name.size() + 5 <= s_mostQueryBytes) {
-            query.addQuestion(name, type, false);
+    // The server first: a direct answer ends at 512 bytes.
+    for (const DnsType type : {DnsType::Srv, DnsType::A, DnsType::Txt}) {
+        for (const ServiceCatalog::Question& question : questions) {
+            if (question.second == type && query.questionCount() < dnsMostQuestions &&
+                query.encoded().size() + question.first.size() + 5 <= s_mostQueryBytes) {
+                query.addQuestion(question.first, type, isDirect);
+            }
         }
     }
     if (query.questionCount() == 0) {
@@ -215,7 +226,7 @@ void NetworkSearch::sendFollowUps()
     for (Link& link : m_links) {
         if (link.followUps < s_mostFollowUps) {
             ++link.followUps;
-            send(link, link.group ? *link.group : link.requests.front(), mdnsGroup,
+            send(link, link.group && !isDirect ? *link.group : link.requests.front(), mdnsGroup,
                  query.encoded());
         }
     }
@@ -239,18 +250,25 @@ bool NetworkSearch::send(Link& link, const UdpSocket& socket, Endpoint receiver,
 
 bool NetworkSearch::receiveUntil(Clock::time_point time)
 {
+    struct Watched
+    {
+        const UdpSocket* socket;
+        bool isDirect;
+    };
     std::vector<pollfd> waits;
-    std::vector<const UdpSocket*> sockets;
-    const auto watch = [&](const UdpSocket& socket) {
+    std::vector<Watched> watched;
+    const auto watch = [&](const UdpSocket& socket, bool isDirect) {
         if (socket.isOpen()) {
             waits.push_back({socket.descriptor(), POLLIN, 0});
-            sockets.push_back(&socket);
+            watched.push_back({&socket, isDirect});
         }
     };
     for (const Link& link : m_links) {
-        std::for_each(link.requests.begin(), link.requests.end(), watch);
+        for (const UdpSocket& socket : link.requests) {
+            watch(socket, true);
+        }
         if (link.group) {
-            watch(*link.group);
+            watch(*link.group, false);
         }
     }
     waits.push_back({m_cancelDescriptor, POLLIN, 0});
@@ -259,15 +277,15 @@ bool NetworkSearch::receiveUntil(Clock::time_point time)
     if (::poll(waits.data(), waits.size(), timeout) <= 0) {
         return true;
     }
-    for (std::size_t i = 0; i < sockets.size(); ++i) {
+    for (std::size_t i = 0; i < watched.size(); ++i) {
         if (waits[i].revents != 0) {
-            receive(*sockets[i]);
+            receive(*watched[i].socket, watched[i].isDirect);
         }
     }
     return waits.back().revents == 0;
 }
 
-void NetworkSearch::receive(const UdpSocket& socket)
+void NetworkSearch::receive(const UdpSocket& socket, bool isDirect)
 {
     for (int i = 0; i < s_mostReadsOfTurn; ++i) {
         const std::optional<Packet> packet = socket.receive(m_buffer);
@@ -278,7 +296,7 @@ void NetworkSearch::receive(const UdpSocket& socket)
             continue;
         }
         if (packet->sender.port == mdnsGroup.port) {
-            takeMdns(*packet);
+            takeMdns(*packet, isDirect);
         }
         takePortmap(*packet);
     }
@@ -300,7 +318,7 @@ bool NetworkSearch::isWithinLimit(Ipv4Address sender)
     return ++known->second <= s_mostPacketsOfSource;
 }
 
-void NetworkSearch::takeMdns(const Packet& packet)
+void NetworkSearch::takeMdns(const Packet& packet, bool isDirect)
 {
     const auto records = decodeDnsResponse(packet.bytes);
     if (!records || records->empty()) {
@@ -320,8 +338,9 @@ void NetworkSearch::takeMdns(const Packet& packet)
     }
     ++m_answers;
     m_lastNews = Clock::now();
-    m_openQuestions.merge(m_catalog.takeQuestions());
-    if (!m_openQuestions.empty() && !m_followUpTime) {
+    auto& questions = isDirect ? m_directQuestions : m_groupQuestions;
+    questions.merge(m_catalog.takeQuestions());
+    if (!questions.empty() && !m_followUpTime) {
         m_followUpTime = m_lastNews + s_followUpDelay;
     }
     nameHosts();

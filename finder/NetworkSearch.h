@@ -62,13 +62,14 @@ private:
     void broadcastGetPort(Link& link);
     void askNamedHosts();
     void sendFollowUps();
+    void sendFollowUp(const std::set<ServiceCatalog::Question>& questions, bool isDirect);
     bool send(Link& link, const UdpSocket& socket, Endpoint receiver, std::string_view bytes);
 
     /// Waits for packets until the time, and reads them. False when the search is to end early.
     bool receiveUntil(Clock::time_point time);
-    void receive(const UdpSocket& socket);
+    void receive(const UdpSocket& socket, bool isDirect);
     bool isWithinLimit(Ipv4Address sender);
-    void takeMdns(const Packet& packet);
+    void takeMdns(const Packet& packet, bool isDirect);
     void takePortmap(const Packet& packet);
     void nameHosts();
 
@@ -85,8 +86,9 @@ private:
     std::map<Ipv4Address, Host> m_hosts;
     std::map<Ipv4Address, int> m_packetsOfSource;
     std::set<Ipv4Address> m_unreachableSources;
-    std::set<ServiceCatalog::Question> m_openQuestions;
-    int m_round = 0; ///< Rounds sent so far.
+    std::set<ServiceCatalog::Question> m_directQuestions; ///< After answers to us alone.
+    std::set<ServiceCatalog::Question> m_groupQuestions;  ///< After answers by multicast.
+    int m_round = 0;                                      ///< Rounds sent so far.
     int m_answers = 0;
     Clock::time_point m_begin;
     Clock::time_point m_lastSent;

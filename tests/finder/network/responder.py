@@ -13,6 +13,7 @@ The description is JSON: {"instruments": [...], "broadcasts": [ADDRESS]}; an ins
   records   the addresses of its host, by default its own; [] for none
   ttl       of its records, by default 120
   multicastOnly  true: answers from and to port 5353 only
+  directOnly     true: keeps silent to port 5353, as for a second after an announcement
   silentAnswers  true: PTR records only, the rest when it is asked for
 "ready" is printed once all sockets are open.
 """
@@ -88,6 +89,7 @@ class Instrument:
         self.services = description.get("services", [])
         self.ttl = description.get("ttl", 120)
         self.multicast_only = description.get("multicastOnly", False)
+        self.direct_only = description.get("directOnly", False)
         self.silent = description.get("silentAnswers", False)
         self.host = name(description.get("host", "host-" + self.address.replace(".", "-") + ".local"))
         self.host_records = description.get("records", [self.address])
@@ -135,7 +137,7 @@ class Instrument:
         except (IndexError, struct.error):
             return  # a packet that breaks off: an attacker's
         direct = sender[1] != 5353
-        if direct and self.multicast_only:
+        if self.multicast_only if direct else self.direct_only:
             return
         for owner, kind in questions:
             for records in self.answers(owner, kind, known):

@@ -25,7 +25,7 @@ publish-workstation=no
 [rlimits]
 """
 SERVICE = """<?xml version="1.0" standalone='no'?><!DOCTYPE service-group SYSTEM "avahi-service.dtd">
-<service-group><name>Scope</name>
+<service-group><name>{host}</name>
 <service><type>_hislip._tcp</type><port>4881</port><txt-record>Model=M1</txt-record></service>
 <service><type>_scpi-raw._tcp</type><port>5025</port></service></service-group>
 """
@@ -51,10 +51,12 @@ sys.exit(0 if struct.unpack(">IIIIIII", s.recv(100))[-1] == 1 else 1)
 """
 
 
-def mdns_answers(address, service, own="198.51.100.1"):
-    """True when a direct question of a fourth program is answered from there."""
+def mdns_answers(address, instance, own="198.51.100.1"):
+    """True when a direct question of a fourth program is answered from there: the one for the
+    instance's server record, which avahi publishes last, once it has found the name unused."""
+    labels = (instance, "_hislip", "_tcp", "local")
     question = struct.pack(">HHHHHH", 0, 0, 1, 0, 0, 0) + b"".join(
-        bytes([len(label)]) + label for label in service.encode().split(b".")) + b"\0" + struct.pack(">HH", 12, 0x8001)
+        bytes([len(label)]) + label.encode() for label in labels) + b"\0" + struct.pack(">HH", 33, 0x8001)
     asker = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
     asker.settimeout(0.2)
     asker.bind((own, 0))
@@ -76,7 +78,7 @@ def avahi_files(folder, host, interface, services=True):
         file.write(AVAHI.format(host=host, interface=interface))
     if services:
         with open(f"{folder}/services/scope.service", "w", encoding="ascii") as file:
-            file.write(SERVICE)
+            file.write(SERVICE.format(host=host))
 
 
 class Daemons(unittest.TestCase):
@@ -119,12 +121,14 @@ class Daemons(unittest.TestCase):
             self.addCleanup(own[0].kill)
 
         self.start_avahi(start_here, "computer", self.peer.cable)
-        lab.wait_for(lambda: mdns_answers("198.51.100.2", "_hislip._tcp.local"), "the instrument's avahi")
-        lab.wait_for(lambda: mdns_answers("198.51.100.1", "_hislip._tcp.local"), "this machine's avahi")
-        result = lab.search()
-        self.assertIn("TCPIP0::198.51.100.2::hislip0,4881::INSTR", result.resources, result.log)
-        self.assertIn("TCPIP0::198.51.100.2::5025::SOCKET", result.resources)
-        self.assertTrue(mdns_answers("198.51.100.1", "_hislip._tcp.local"), "avahi no longer answers others")
+        lab.wait_for(lambda: mdns_answers("198.51.100.2", "scope"), "the instrument's avahi")
+        lab.wait_for(lambda: mdns_answers("198.51.100.1", "computer"), "this machine's avahi")
+        for attempt in ("just announced", "just asked"):
+            with self.subTest(attempt):
+                result = lab.search()
+                self.assertIn("TCPIP0::198.51.100.2::hislip0,4881::INSTR", result.resources, result.log)
+                self.assertIn("TCPIP0::198.51.100.2::5025::SOCKET", result.resources)
+        self.assertTrue(mdns_answers("198.51.100.1", "computer"), "avahi no longer answers others")
 
 
 if __name__ == "__main__":

@@ -74,10 +74,13 @@ class OneCable(unittest.TestCase):
                          strings("198.51.100.18", "inst0::INSTR"))
 
     def test_incomplete_answers_are_followed_up(self):
-        result = self.found({"address": "198.51.100.2", "silentAnswers": True,
-                             "services": [["Scope", HISLIP, 4881, {"Model": "M1"}]]})
-        self.assertEqual(result.resources, strings("198.51.100.2", "hislip0,4881::INSTR"))
-        self.assertIn("found 198.51.100.2 (M1)", result.log)
+        for answers_only in ("directOnly", "multicastOnly"):
+            with self.subTest(answers_only=answers_only):
+                result = self.found({"address": "198.51.100.2", "silentAnswers": True, answers_only: True,
+                                     "services": [["Scope", HISLIP, 4881, {"Model": "M1"}]]})
+                self.assertEqual(result.resources, strings("198.51.100.2", "hislip0,4881::INSTR"))
+                self.assertIn("found 198.51.100.2 (M1)", result.log)
+            self.peer.stop()
 
     def test_responder_that_only_uses_multicast_is_found(self):
         result = self.found({"address": "198.51.100.2", "multicastOnly": True,
