@@ -99,23 +99,23 @@ void addAliasCommands(CommandLine& line)
 {
     const auto arguments = std::make_shared<AliasArguments>();
     const auto add = [&line, arguments](const char* name, const char* description,
-                                        auto run) -> CLI::App& {
+                                        auto run) -> CommandOptions {
         return addEditCommand(
             line, name, description,
             [arguments, run](CommandContext& context, const EditOptions& options) {
                 return run(context, *arguments, options);
             });
     };
-    CLI::App& set = add("set", "Give an alias its resource string", runSet);
-    set.add_option("NAME", arguments->name, "Alias, in any case")->required();
-    set.add_option("RESOURCE", arguments->value, "Resource string")->required();
+    CommandOptions set = add("set", "Give an alias its resource string", runSet);
+    set.addOption("NAME", arguments->name, "Alias, in any case").required();
+    set.addOption("RESOURCE", arguments->value, "Resource string").required();
 
-    CLI::App& unset = add("unset", "Remove aliases", runUnset);
-    unset.add_option("NAME", arguments->names, "Aliases, in any case")->required();
+    CommandOptions unset = add("unset", "Remove aliases", runUnset);
+    unset.addOption("NAME", arguments->names, "Aliases, in any case").required();
 
-    CLI::App& rename = add("rename", "Give an alias another name", runRename);
-    rename.add_option("OLD", arguments->name, "Alias, in any case")->required();
-    rename.add_option("NEW", arguments->value, "Its new name, written in upper case")->required();
+    CommandOptions rename = add("rename", "Give an alias another name", runRename);
+    rename.addOption("OLD", arguments->name, "Alias, in any case").required();
+    rename.addOption("NEW", arguments->value, "Its new name, written in upper case").required();
 }
 
 } // namespace QvVisa

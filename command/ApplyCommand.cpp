@@ -62,13 +62,13 @@ ExitCode runApply(CommandContext& context, const ApplyArguments& arguments,
 void addApplyCommand(CommandLine& line)
 {
     auto arguments = std::make_shared<ApplyArguments>();
-    CLI::App& command =
+    CommandOptions command =
         addEditCommand(line, "apply", "Set the entries of lines in the file's own syntax",
                        [arguments](CommandContext& context, const EditOptions& options) {
                            return runApply(context, *arguments, options);
                        });
-    command.add_option("FILE", arguments->file, "The lines; - is standard input")->required();
-    command.add_flag("--prune", arguments->isPrune, "Remove entries that are not in the lines");
+    command.addOption("FILE", arguments->file, "The lines; - is standard input").required();
+    command.addFlag("--prune", arguments->isPrune, "Remove entries that are not in the lines");
 }
 
 } // namespace QvVisa

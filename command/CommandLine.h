@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "command/CommandOptions.h"
 #include "command/ExitCode.h"
 #include "command/Output.h"
 
-#include <CLI/CLI.hpp>
-
 #include <functional>
+#include <iosfwd>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,24 +33,23 @@ public:
 
     explicit CommandLine(const Streams& streams);
 
-    /// Adds a command. Returns its parser, which takes the command's own options and owns nothing
-    /// of the action; options are best kept in a std::shared_ptr that the action captures.
-    CLI::App& addCommand(const std::string& name, const std::string& description, Action action);
+    ~CommandLine();
+
+    /// Adds a command. The result declares its own options.
+    CommandOptions addCommand(const std::string& name, const std::string& description,
+                              Action action);
 
     /// Parses the arguments, without the program's name, and runs the command.
     ExitCode run(const std::vector<std::string>& arguments);
 
 private:
     void parse(const std::vector<std::string>& arguments);
-    std::string usageError(const CLI::ParseError& error) const;
 
     CommandContext m_context;
-    CLI::App m_app;
+    std::unique_ptr<CLI::App> m_app;
     std::string m_color = "auto";
     bool m_isJson = false;
     bool m_isQuiet = false;
-    std::string m_file;
-    CLI::Option* m_fileOption = nullptr;
     Action m_action;
 };
 

@@ -146,23 +146,23 @@ void addFamily(CommandLine& line, bool isSerial)
 {
     auto arguments = std::make_shared<DeviceArguments>();
     arguments->isSerial = isSerial;
-    CLI::App& command =
+    CommandOptions command =
         addEditCommand(line, isSerial ? "serial" : "gpib",
                        isSerial ? "Show or change the settings of serial ports"
                                 : "Show or change the settings of GPIB boards",
                        [arguments](CommandContext& context, const EditOptions& options) {
                            return runDevices(context, *arguments, options);
                        });
-    command.add_option(isSerial ? "PORT" : "BOARD", arguments->device,
-                       isSerial ? "Number of the port; all ports without one"
-                                : "Number of the board; all boards without one");
-    command.add_option("SETTINGS", arguments->settings,
-                       isSerial ? "KEY=VALUE: baud-rate, data-bits, stop-bits=1|1.5|2, "
-                                  "parity=none|odd|even|mark|space, "
-                                  "flow-control=none|xon-xoff|rts-cts|rts-cts-dtr-dsr"
-                                : "KEY=VALUE: primary-address, secondary-address (or none), "
-                                  "system-controller=yes|no");
-    command.add_flag("--unset", arguments->isUnset, "Remove all its lines");
+    command.addOption(isSerial ? "PORT" : "BOARD", arguments->device,
+                      isSerial ? "Number of the port; all ports without one"
+                               : "Number of the board; all boards without one");
+    command.addOption("SETTINGS", arguments->settings,
+                      isSerial ? "KEY=VALUE: baud-rate, data-bits, stop-bits=1|1.5|2, "
+                                 "parity=none|odd|even|mark|space, "
+                                 "flow-control=none|xon-xoff|rts-cts|rts-cts-dtr-dsr"
+                               : "KEY=VALUE: primary-address, secondary-address (or none), "
+                                 "system-controller=yes|no");
+    command.addFlag("--unset", arguments->isUnset, "Remove all its lines");
 }
 
 } // namespace

@@ -161,13 +161,13 @@ ExitCode runDiff(CommandContext& context, const DiffOptions& options)
 void addDiffCommand(CommandLine& line)
 {
     auto options = std::make_shared<DiffOptions>();
-    CLI::App& command =
+    CommandOptions command =
         line.addCommand("diff", "Print what two files mean differently",
                         [options](CommandContext& context) { return runDiff(context, *options); });
-    command.add_flag("--window", options->isWindow,
-                     "Print the lines that a save in the window would lose or add");
-    command.add_option("FILE", options->files,
-                       "The file before, unless it is the one in use, and the file after");
+    command.addFlag("--window", options->isWindow,
+                    "Print the lines that a save in the window would lose or add");
+    command.addOption("FILE", options->files,
+                      "The file before, unless it is the one in use, and the file after");
 }
 
 } // namespace QvVisa

@@ -115,24 +115,23 @@ ExitCode editStandardInput(CommandContext& context, const EditOptions& options, 
 
 } // namespace
 
-CLI::App& addEditCommand(CommandLine& line, const std::string& name, const std::string& description,
-                         std::function<ExitCode(CommandContext&, const EditOptions&)> action)
+CommandOptions addEditCommand(CommandLine& line, const std::string& name,
+                              const std::string& description,
+                              std::function<ExitCode(CommandContext&, const EditOptions&)> action)
 {
     auto options = std::make_shared<EditOptions>();
-    CLI::App& command = line.addCommand(
+    CommandOptions command = line.addCommand(
         name, description, [options, action = std::move(action)](CommandContext& context) {
             return action(context, *options);
         });
-    command.add_flag("--check", options->isCheck,
-                     "Write nothing; exit 1 if something would change");
-    command.add_flag("--diff", options->isDiff, "Print the change as a unified diff");
+    command.addFlag("--check", options->isCheck, "Write nothing; exit 1 if something would change");
+    command.addFlag("--diff", options->isDiff, "Print the change as a unified diff");
     command
-        .add_option_function<std::string>(
-            "--backup", [options](const std::string& suffix) { options->backupSuffix = suffix; },
-            "Keep the old file under its name and this suffix; .old without one")
-        ->type_name("[=SUFFIX]");
-    command.add_flag("--exit-code", options->isExitCode, "Exit 1 when something was changed");
-    command.add_flag("--force", options->isForce, "Accept an entry that lint calls an error");
+        .addOption("--backup", options->backupSuffix,
+                   "Keep the old file under its name and this suffix; .old without one")
+        .typeName("[=SUFFIX]");
+    command.addFlag("--exit-code", options->isExitCode, "Exit 1 when something was changed");
+    command.addFlag("--force", options->isForce, "Accept an entry that lint calls an error");
     return command;
 }
 

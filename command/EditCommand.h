@@ -25,8 +25,9 @@ struct EditOptions
 using Edit = std::function<EditResult(const Document&)>;
 
 /// Adds a command that edits the file, with the options of every such command.
-CLI::App& addEditCommand(CommandLine& line, const std::string& name, const std::string& description,
-                         std::function<ExitCode(CommandContext&, const EditOptions&)> action);
+CommandOptions addEditCommand(CommandLine& line, const std::string& name,
+                              const std::string& description,
+                              std::function<ExitCode(CommandContext&, const EditOptions&)> action);
 
 /// Edits the file in use as the options say, and prints what changed.
 ExitCode runEdit(CommandContext& context, const EditOptions& options, const Edit& edit);

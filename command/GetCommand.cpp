@@ -79,16 +79,16 @@ ExitCode getNames(Output& output, const ConfigurationText& text, const std::stri
 void addGetCommand(CommandLine& line)
 {
     auto options = std::make_shared<GetOptions>();
-    CLI::App& command =
+    CommandOptions command =
         line.addCommand("get", "Print the resource string of an alias", [options](auto& context) {
             const std::string argument = argumentToLatin1(options->text);
             const ConfigurationText text = readConfiguration(context);
             return options->isResource ? getNames(context.output, text, argument)
                                        : getResource(context.output, text, argument);
         });
-    command.add_flag("-r,--resource", options->isResource,
-                     "Print the alias names of a resource string");
-    command.add_option("NAME", options->text, "Alias, or with -r a resource string")->required();
+    command.addFlag("-r,--resource", options->isResource,
+                    "Print the alias names of a resource string");
+    command.addOption("NAME", options->text, "Alias, or with -r a resource string").required();
 }
 
 } // namespace QvVisa

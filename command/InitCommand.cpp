@@ -101,10 +101,10 @@ ExitCode runInit(CommandContext& context, const std::string& argument)
 void addInitCommand(CommandLine& line)
 {
     auto file = std::make_shared<std::string>();
-    CLI::App& command =
+    CommandOptions command =
         line.addCommand("init", "Create a file that has the header line and no entries",
                         [file](CommandContext& context) { return runInit(context, *file); });
-    command.add_option("FILE", *file, "Default: $QVVISACONFFILE, else ~/.quorvane/visa.conf");
+    command.addOption("FILE", *file, "Default: $QVVISACONFFILE, else ~/.quorvane/visa.conf");
 }
 
 } // namespace QvVisa

@@ -340,30 +340,29 @@ ExitCode runLint(CommandContext& context, const LintOptions& options)
 void addLintCommand(CommandLine& line)
 {
     auto options = std::make_shared<LintOptions>();
-    CLI::App& command =
+    CommandOptions command =
         line.addCommand("lint", "Say what is wrong in a file, line by line",
                         [options](CommandContext& context) { return runLint(context, *options); });
-    command.add_option("FILE", options->files,
-                       "Files to check, instead of the one that the search finds");
-    command.add_flag("--fix", options->isFix,
-                     "Repair what can be repaired without a decision, then check what is left");
-    command.add_flag("--notes", options->hasNotes, "Print notes too");
+    command.addOption("FILE", options->files,
+                      "Files to check, instead of the one that the search finds");
+    command.addFlag("--fix", options->isFix,
+                    "Repair what can be repaired without a decision, then check what is left");
+    command.addFlag("--notes", options->hasNotes, "Print notes too");
     command
-        .add_option("--fail-on", options->failOn,
-                    "Exit 1 from this severity on: error, warning or note (implies --notes)")
-        ->type_name("SEVERITY")
-        ->check(CLI::IsMember({"error", "warning", "note"}));
+        .addOption("--fail-on", options->failOn,
+                   "Exit 1 from this severity on: error, warning or note (implies --notes)")
+        .typeName("SEVERITY")
+        .oneOf({"error", "warning", "note"});
     command
-        .add_option("--ignore", options->ignored,
-                    "Codes to leave out, and not to repair, such as V204,V301")
-        ->type_name("CODE,...")
-        ->delimiter(',')
-        ->allow_extra_args(false);
+        .addOption("--ignore", options->ignored,
+                   "Codes to leave out, and not to repair, such as V204,V301")
+        .typeName("CODE,...")
+        .separatedBy(',');
     command
-        .add_option("--format", options->format,
-                    "gcc (FILE:LINE:COLUMN: SEVERITY: TEXT [CODE]) or github (annotations)")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"gcc", "github"}));
+        .addOption("--format", options->format,
+                   "gcc (FILE:LINE:COLUMN: SEVERITY: TEXT [CODE]) or github (annotations)")
+        .typeName("FORMAT")
+        .oneOf({"gcc", "github"});
 }
 
 } // namespace QvVisa

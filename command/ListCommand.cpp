@@ -170,10 +170,10 @@ ExitCode runList(CommandContext& context, bool isLines)
 void addListCommand(CommandLine& line)
 {
     auto isLines = std::make_shared<bool>(false);
-    CLI::App& command = line.addCommand(
+    CommandOptions command = line.addCommand(
         "list", "List aliases, resources, serial ports, GPIB boards and the provider",
         [isLines](CommandContext& context) { return runList(context, *isLines); });
-    command.add_flag("--lines", *isLines, "Sorted lines in the file's own syntax, for apply");
+    command.addFlag("--lines", *isLines, "Sorted lines in the file's own syntax, for apply");
 }
 
 } // namespace QvVisa

@@ -69,12 +69,12 @@ ExitCode runMerge(CommandContext& context, const MergeOptions& options)
 void addMergeCommand(CommandLine& line)
 {
     auto options = std::make_shared<MergeOptions>();
-    CLI::App& command =
+    CommandOptions command =
         line.addCommand("merge", "Merge the changes of two files into one, entry by entry",
                         [options](CommandContext& context) { return runMerge(context, *options); });
-    command.add_option("BASE", options->base, "The file that both come from")->required();
-    command.add_option("OURS", options->ours, "The file to change")->required();
-    command.add_option("THEIRS", options->theirs, "The file with the other changes")->required();
+    command.addOption("BASE", options->base, "The file that both come from").required();
+    command.addOption("OURS", options->ours, "The file to change").required();
+    command.addOption("THEIRS", options->theirs, "The file with the other changes").required();
 }
 
 } // namespace QvVisa

@@ -66,7 +66,7 @@ void addProviderCommand(CommandLine& line)
                    [argument](CommandContext& context, const EditOptions& options) {
                        return runProvider(context, *argument, options);
                    })
-        .add_option("ID", *argument, "Decimal, or hexadecimal with 0x");
+        .addOption("ID", *argument, "Decimal, or hexadecimal with 0x");
 }
 
 } // namespace QvVisa

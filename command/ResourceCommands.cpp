@@ -89,8 +89,8 @@ void addResourceCommands(CommandLine& line)
                        [arguments, run](CommandContext& context, const EditOptions& options) {
                            return run(context, *arguments, options);
                        })
-            .add_option("RESOURCE", *arguments, "Resource strings, in any case")
-            ->required();
+            .addOption("RESOURCE", *arguments, "Resource strings, in any case")
+            .required();
     };
     add("add", "Add resources without an alias", runAdd);
     add("remove", "Remove resources without an alias", runRemove);

@@ -86,14 +86,14 @@ void printPlaces(Output& output, const std::string& file, const std::vector<Sear
     }
 }
 
-ExitCode runWhere(CommandContext& context, const CLI::Option& pidOption, const std::string& pid)
+ExitCode runWhere(CommandContext& context, const std::optional<std::string>& pid)
 {
-    const bool isOther = pidOption.count() > 0;
+    const bool isOther = pid.has_value();
     const std::optional<SearchEnvironment> environment =
-        isOther ? searchEnvironmentOf(pid) : searchEnvironment();
+        isOther ? searchEnvironmentOf(*pid) : searchEnvironment();
     if (!environment) {
         throw CommandError(ExitCode::WrongUsage,
-                           "there is no process " + pid + ", or it may not be looked at");
+                           "there is no process " + *pid + ", or it may not be looked at");
     }
     std::vector<SearchPlace> places = searchPlaces(*environment);
     if (context.file && !isOther) {
@@ -122,15 +122,12 @@ ExitCode runWhere(CommandContext& context, const CLI::Option& pidOption, const s
 
 void addWhereCommand(CommandLine& line)
 {
-    auto pid = std::make_shared<std::string>();
-    auto option = std::make_shared<CLI::Option*>();
-    CLI::App& command = line.addCommand(
-        "where", "Show the file in use and each place of the search",
-        [pid, option](CommandContext& context) { return runWhere(context, **option, *pid); });
-    *option =
-        command
-            .add_option("--pid", *pid, "Search with this process's environment and working folder")
-            ->type_name("N");
+    auto pid = std::make_shared<std::optional<std::string>>();
+    CommandOptions command =
+        line.addCommand("where", "Show the file in use and each place of the search",
+                        [pid](CommandContext& context) { return runWhere(context, *pid); });
+    command.addOption("--pid", *pid, "Search with this process's environment and working folder")
+        .typeName("N");
 }
 
 } // namespace QvVisa

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#include "command/CommandOptions.h"
+
+#include <CLI/CLI.hpp>
+
+namespace QvVisa {
+
+CommandOption& CommandOption::required()
+{
+    m_option->required();
+    return *this;
+}
+
+CommandOption& CommandOption::typeName(const std::string& name)
+{
+    m_option->type_name(name);
+    return *this;
+}
+
+CommandOption& CommandOption::oneOf(std::initializer_list<const char*> values)
+{
+    m_option->check(CLI::IsMember(std::vector<std::string>(values.begin(), values.end())));
+    return *this;
+}
+
+CommandOption& CommandOption::separatedBy(char delimiter)
+{
+    m_option->delimiter(delimiter)->allow_extra_args(false);
+    return *this;
+}
+
+void CommandOptions::addFlag(const std::string& names, bool& isGiven,
+                             const std::string& description)
+{
+    m_app->add_flag(names, isGiven, description);
+}
+
+CommandOption CommandOptions::addOption(const std::string& names, std::string& value,
+                                        const std::string& description)
+{
+    return CommandOption(*m_app->add_option(names, value, description));
+}
+
+CommandOption CommandOptions::addOption(const std::string& names, std::optional<std::string>& value,
+                                        const std::string& description)
+{
+    return CommandOption(*m_app->add_option_function<std::string>(
+        names, [&value](const std::string& given) { value = given; }, description));
+}
+
+CommandOption CommandOptions::addOption(const std::string& names, std::vector<std::string>& values,
+                                        const std::string& description)
+{
+    return CommandOption(*m_app->add_option(names, values, description));
+}
+
+} // namespace QvVisa
