@@ -73,41 +73,27 @@ std::optional<std::uint16_t> toProvider(const ConfigurationLine& line)
 
 void setProperty(SGpibProperties& properties, const PropertyValue& value)
 {
-    switch (value.kind) {
-    case LineKind::GpibPrimaryAddress:
+    if (value.kind == LineKind::GpibPrimaryAddress) {
         properties.primaryAddress = low16(value.value);
-        break;
-    case LineKind::GpibSecondaryAddress:
+    } else if (value.kind == LineKind::GpibSecondaryAddress) {
         properties.secondaryAddress = low16(value.value);
-        break;
-    case LineKind::GpibSystemController:
+    } else if (value.kind == LineKind::GpibSystemController) {
         properties.systemController = low16(value.value);
-        break;
-    default:
-        break;
     }
 }
 
 void setProperty(SSerialProperties& properties, const PropertyValue& value)
 {
-    switch (value.kind) {
-    case LineKind::SerialBaudrate:
+    if (value.kind == LineKind::SerialBaudrate) {
         properties.baudrate = value.value;
-        break;
-    case LineKind::SerialDataBits:
+    } else if (value.kind == LineKind::SerialDataBits) {
         properties.dataBits = low8(value.value);
-        break;
-    case LineKind::SerialStopBits:
+    } else if (value.kind == LineKind::SerialStopBits) {
         properties.stopBits = low8(value.value);
-        break;
-    case LineKind::SerialParity:
+    } else if (value.kind == LineKind::SerialParity) {
         properties.parity = low8(value.value);
-        break;
-    case LineKind::SerialFlowControl:
+    } else if (value.kind == LineKind::SerialFlowControl) {
         properties.flowControl = low8(value.value);
-        break;
-    default:
-        break;
     }
 }
 

@@ -10,6 +10,7 @@
 #include <functional>
 #include <future>
 #include <new>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -19,6 +20,7 @@
 #include <poll.h>
 #include <pthread.h>
 
+using resourcemanager::Call;
 using resourcemanager::Cancellation;
 using resourcemanager::Search;
 using resourcemanager::SearchResult;
@@ -35,6 +37,13 @@ std::function<SearchResult(const Search&)>& onSearch()
     return function;
 }
 
+/// What the sources answer before each viSetAttribute.
+std::optional<ViStatus>& plannedStatus()
+{
+    static std::optional<ViStatus> status;
+    return status;
+}
+
 std::vector<std::string>& loggedLines()
 {
     static std::vector<std::string> lines;
@@ -47,6 +56,12 @@ public:
     std::string manufacturerName() const override { return "Test"; }
     SearchResult search(const Search& search) override { return onSearch()(search); }
     std::string alias(const visa::ResourceName& name) override { return "at " + name.fullName; }
+    std::optional<ViStatus> beforeCall(Call call, std::uint32_t /*nth*/,
+                                       std::string_view /*expression*/,
+                                       const Cancellation& /*cancellation*/) override
+    {
+        return call == Call::SetAttribute ? plannedStatus() : std::nullopt;
+    }
 };
 
 const support::VisaClient& client()
@@ -230,6 +245,23 @@ TEST(Calls, CancellingAThreadEndsItInTheMiddleOfASearch)
     EXPECT_NE(openManager(), VI_NULL);
 }
 #endif
+
+TEST(Calls, AStatusOfTheSourceReplacesSuccessOrTheWholeCall)
+{
+    const ViSession session = openManager();
+    const auto searchTime = [&] {
+        ViUInt32 value = 0;
+        EXPECT_EQ(statusName(viGetAttribute(session, QV_ATTR_SEARCH_TIME, &value)), "VI_SUCCESS");
+        return value;
+    };
+    plannedStatus() = VI_WARN_UNKNOWN_STATUS;
+    EXPECT_EQ(client().set(session, QV_ATTR_SEARCH_TIME, 7), "VI_WARN_UNKNOWN_STATUS");
+    EXPECT_EQ(searchTime(), 7U);
+    EXPECT_EQ(client().set(session, VI_ATTR_TMO_VALUE, 7), "VI_ERROR_NSUP_ATTR");
+    plannedStatus() = VI_ERROR_TMO;
+    EXPECT_EQ(client().set(session, QV_ATTR_SEARCH_TIME, 8), "VI_ERROR_TMO");
+    EXPECT_EQ(searchTime(), 7U);
+}
 
 TEST(Calls, ASourceNeedNotOpenInstruments)
 {
