@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "visa/ResourceName.h"
 
+#include "visa/HostName.h"
 #include "visa/ResourceForms.h"
 #include "visa/Text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-
-#include <arpa/inet.h>
 
 namespace visa {
 
@@ -19,18 +18,6 @@ namespace {
 using Problem = ResourceProblem;
 
 constexpr std::uint32_t noSecondaryAddress = 0xFFFF;
-constexpr std::size_t longestHost = 253;
-constexpr std::size_t longestLabel = 63;
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-bool isLetter(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
 
 bool isNumber(std::string_view text)
 {
@@ -304,32 +291,8 @@ private:
             host.text.find_first_not_of("0123456789.") == std::string_view::npos) {
             return checkIpv4(host) && add(Field::Host, host.text);
         }
-        // A host name; one dot may end it.
-        std::string_view rest = host.text;
-        if (rest.back() == '.') {
-            rest.remove_suffix(1);
-        }
-        if (rest.size() > longestHost) {
-            return fail(Problem::BadHost, Field::Host, host);
-        }
-        for (bool isLast = false; !isLast;) {
-            const std::size_t dot = rest.find('.');
-            isLast = dot == std::string_view::npos;
-            if (!isLabel(rest.substr(0, dot))) {
-                return fail(Problem::BadHost, Field::Host, host);
-            }
-            rest.remove_prefix(isLast ? rest.size() : dot + 1);
-        }
-        return add(Field::Host, host.text);
-    }
-
-    /// The underscore is not in the standard for host names, but in use.
-    static bool isLabel(std::string_view label)
-    {
-        return !label.empty() && label.size() <= longestLabel && label.front() != '-' &&
-               label.back() != '-' && std::all_of(label.begin(), label.end(), [](char c) {
-                   return isDigit(c) || isLetter(c) || c == '-' || c == '_';
-               });
+        return isHostName(host.text) ? add(Field::Host, host.text)
+                                     : fail(Problem::BadHost, Field::Host, host);
     }
 
     /// Four octets. A leading zero is refused: some resolvers take the octet for octal.
@@ -353,27 +316,11 @@ private:
         return (isLast && octets == 4) || fail(Problem::BadHost, Field::Host, host);
     }
 
-    /// In brackets, possibly with a zone as in [fe80::1%eth0].
     bool readIpv6(const Piece& host)
     {
-        std::string_view text = host.text.substr(1);
-        if (text.empty() || text.back() != ']') {
-            return fail(Problem::BadHost, Field::Host, host);
-        }
-        text.remove_suffix(1);
-        const std::size_t percent = std::min(text.find('%'), text.size());
-        const std::string_view zone = text.substr(percent);
-        std::array<unsigned char, 16> address{};
-        std::array<char, INET6_ADDRSTRLEN> shortest{};
-        const std::string_view numbers = text.substr(0, percent);
-        if (numbers.size() >= shortest.size() ||
-            ::inet_pton(AF_INET6, std::string(numbers).c_str(), address.data()) != 1 ||
-            zone.size() == 1 || zone.find_first_of(" []") != std::string_view::npos) {
-            return fail(Problem::BadHost, Field::Host, host);
-        }
-        ::inet_ntop(AF_INET6, address.data(), shortest.data(), shortest.size());
-        return checkVisible(Field::Host, host) &&
-               add(Field::Host, '[' + std::string(shortest.data()) + std::string(zone) + ']');
+        const std::optional<std::string> normal = normalIpv6(host.text);
+        return normal ? checkVisible(Field::Host, host) && add(Field::Host, *normal)
+                      : fail(Problem::BadHost, Field::Host, host);
     }
 
     /// inst and hislip take a number, hislip a port too; other names are for the gateway to judge.

@@ -18,7 +18,7 @@ std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t ma
     std::uint64_t value = 0;
     for (const char c : text) {
         unsigned digit = base;
-        if (c >= '0' && c <= '9') {
+        if (isDigit(c)) {
             digit = static_cast<unsigned>(c - '0');
         } else if (c >= 'a' && c <= 'f') {
             digit = static_cast<unsigned>(c - 'a') + 10;

@@ -8,6 +8,17 @@
 
 namespace visa {
 
+/// ASCII only, whatever the locale.
+constexpr bool isDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+constexpr bool isLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 /// A whole number from 0 to maximum, decimal or, with 0x, hexadecimal; no sign and no white space.
 /// Nothing for any other text.
 std::optional<std::uint64_t> parseNumber(std::string_view text, std::uint64_t maximum);
