@@ -12,23 +12,27 @@ namespace visa {
 namespace {
 
 template <typename Call>
-bool resolve(void* library, const char* name, Call& call)
+void resolveOne(void* library, const char* name, Call& call, std::vector<std::string>& missing)
 {
     call = reinterpret_cast<Call>(::dlsym(library, name));
-    return call != nullptr;
-}
-
-bool resolveAll(void* library, VisaLibrary::Calls& calls)
-{
-    return resolve(library, "viOpenDefaultRM", calls.openDefaultRM) &&
-           resolve(library, "viSetAttribute", calls.setAttribute) &&
-           resolve(library, "viFindRsrc", calls.findRsrc) &&
-           resolve(library, "viFindNext", calls.findNext) &&
-           resolve(library, "viParseRsrc", calls.parseRsrc) &&
-           resolve(library, "viClose", calls.close);
+    if (call == nullptr) {
+        missing.emplace_back(name);
+    }
 }
 
 } // namespace
+
+std::vector<std::string> VisaLibrary::resolve(void* library, Calls& calls)
+{
+    std::vector<std::string> missing;
+    resolveOne(library, "viOpenDefaultRM", calls.openDefaultRM, missing);
+    resolveOne(library, "viSetAttribute", calls.setAttribute, missing);
+    resolveOne(library, "viFindRsrc", calls.findRsrc, missing);
+    resolveOne(library, "viFindNext", calls.findNext, missing);
+    resolveOne(library, "viParseRsrc", calls.parseRsrc, missing);
+    resolveOne(library, "viClose", calls.close, missing);
+    return missing;
+}
 
 const VisaLibrary& VisaLibrary::instance()
 {
@@ -70,7 +74,7 @@ VisaLibrary::VisaLibrary(const std::vector<std::string>& candidates)
             continue;
         }
         Calls calls;
-        if (resolveAll(library.handle, calls)) {
+        if (resolve(library.handle, calls).empty()) {
             m_calls = calls;
             m_name = candidate;
             return;

@@ -23,6 +23,9 @@ public:
         decltype(&::viClose) close = nullptr;
     };
 
+    /// Looks the six calls up in a loaded library. Returns the names of those that it lacks.
+    static std::vector<std::string> resolve(void* library, Calls& calls);
+
     /// The process's library, the first of candidates() that qualifies. Loaded by the first call,
     /// from any thread.
     static const VisaLibrary& instance();
