@@ -54,4 +54,17 @@ CommandOption CommandOptions::addOption(const std::string& names, std::vector<st
     return CommandOption(*m_app->add_option(names, values, description));
 }
 
+void CommandOptions::addTimeout(std::chrono::milliseconds& timeout, const std::string& description)
+{
+    constexpr double least = 0.1;
+    constexpr double most = 3600;
+    const auto store = [&timeout](double seconds) {
+        timeout = std::chrono::duration_cast<std::chrono::milliseconds>(
+            std::chrono::duration<double>(seconds));
+    };
+    m_app->add_option_function<double>("--timeout", store, description)
+        ->type_name("SECONDS")
+        ->check(CLI::Range(least, most).description(""));
+}
+
 } // namespace QvVisa

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -48,6 +49,9 @@ public:
                             const std::string& description);
     CommandOption addOption(const std::string& names, std::vector<std::string>& values,
                             const std::string& description);
+
+    /// "--timeout SECONDS": from a tenth of a second to an hour.
+    void addTimeout(std::chrono::milliseconds& timeout, const std::string& description);
 
 private:
     CLI::App* m_app;

@@ -18,5 +18,6 @@ void addApplyCommand(CommandLine& line);
 void addLintCommand(CommandLine& line);
 void addDiffCommand(CommandLine& line);
 void addMergeCommand(CommandLine& line);
+void addDoctorCommand(CommandLine& line);
 
 } // namespace QvVisa

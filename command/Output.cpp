@@ -64,7 +64,8 @@ void Output::diff(std::string_view text)
 void Output::message(Severity severity, std::string_view text)
 {
     if (!m_isQuiet || severity == Severity::Error) {
-        m_streams.err << "qvvisa: " << coloredWord(severity, m_streams.isErrTerminal) << ": "
+        m_streams.err << "qvvisa: "
+                      << colored(severityWord(severity), severity, m_streams.isErrTerminal) << ": "
                       << printable(text) << '\n';
     }
 }
@@ -84,17 +85,21 @@ void Output::error(const CommandError& error)
 
 std::string Output::dataWord(Severity severity) const
 {
-    return coloredWord(severity, m_streams.isOutTerminal);
+    return dataWord(severity, severityWord(severity));
 }
 
-std::string Output::coloredWord(Severity severity, bool isTerminal) const
+std::string Output::dataWord(Severity severity, std::string_view word) const
 {
-    std::string word(severityWord(severity));
+    return colored(word, severity, m_streams.isOutTerminal);
+}
+
+std::string Output::colored(std::string_view word, Severity severity, bool isTerminal) const
+{
     const bool isColored =
         m_colorMode == ColorMode::Always ||
         (m_colorMode == ColorMode::Auto && isTerminal && isEnvironmentForColors());
     if (!isColored || m_isJson) {
-        return word;
+        return std::string(word);
     }
     constexpr std::string_view red = "\x1B[1;31m";
     constexpr std::string_view magenta = "\x1B[1;35m";

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -37,6 +38,8 @@ struct Streams
     std::ostream& err;
     bool isOutTerminal = false;
     bool isErrTerminal = false;
+    /// Columns into which text on standard output is wrapped; 0: it is not wrapped.
+    std::size_t outWidth = 0;
 };
 
 /// What a command prints: data on standard output, messages on standard error. All texts are
@@ -53,6 +56,8 @@ public:
     void keepDataForText() { m_isDataText = true; }
 
     bool isJson() const { return m_isJson; }
+    bool isQuiet() const { return m_isQuiet; }
+    std::size_t width() const { return m_streams.outWidth; }
 
     /// Bytes on standard output as they are.
     void data(std::string_view bytes);
@@ -75,8 +80,11 @@ public:
     /// The severity's word, coloured where standard output has colours.
     std::string dataWord(Severity severity) const;
 
+    /// Another word in the severity's colour.
+    std::string dataWord(Severity severity, std::string_view word) const;
+
 private:
-    std::string coloredWord(Severity severity, bool isTerminal) const;
+    std::string colored(std::string_view word, Severity severity, bool isTerminal) const;
 
     Streams m_streams;
     ColorMode m_colorMode = ColorMode::Auto;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "command/CommandLine.h"
+#include "command/TextWrap.h"
 
 #include <unistd.h>
 
@@ -10,8 +11,12 @@
 int main(int count, char** arguments)
 {
     std::ios::sync_with_stdio(false);
-    const QvVisa::Streams streams{std::cin, std::cout, std::cerr, ::isatty(STDOUT_FILENO) == 1,
-                                  ::isatty(STDERR_FILENO) == 1};
+    const QvVisa::Streams streams{std::cin,
+                                  std::cout,
+                                  std::cerr,
+                                  ::isatty(STDOUT_FILENO) == 1,
+                                  ::isatty(STDERR_FILENO) == 1,
+                                  QvVisa::terminalWidth()};
     const std::vector<std::string> given(arguments + (count > 0 ? 1 : 0), arguments + count);
     return static_cast<int>(QvVisa::runCommandLine(given, streams));
 }

@@ -39,7 +39,7 @@ _qvvisa() {
     else
         current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     fi
-    local commands='where init list get set unset rename add remove serial gpib provider apply lint diff merge'
+    local commands='where init list get set unset rename add remove serial gpib provider apply lint diff doctor merge'
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
         -f | --file | --color) i=$((i + 1)) ;;
@@ -78,6 +78,7 @@ _qvvisa() {
         get) options+=' --resource' ;;
         lint) options+=' --fix --notes --fail-on --ignore --format' ;;
         diff) options+=' --window' ;;
+        doctor) options+=' --list --timeout --no-library' ;;
         init | merge) ;;
         *) options+=' --check --diff --backup --exit-code --force' ;;
         esac
@@ -130,6 +131,9 @@ _qvvisa() {
             _qvvisa_offer "$current" < <(printf '%s\n' primary-address= secondary-address=none \
                 system-controller={yes,no})
         fi
+        ;;
+    doctor)
+        _qvvisa_offer "$current" < <(qvvisa doctor --list 2>/dev/null | sed 's/ .*//')
         ;;
     init | apply | lint | diff | merge)
         mapfile -t COMPREPLY < <(compgen -f -- "$current")

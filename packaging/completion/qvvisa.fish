@@ -49,7 +49,7 @@ function __qvvisa_needs_command
     not __fish_seen_subcommand_from $__qvvisa_commands
 end
 
-set -g __qvvisa_commands where init list get set unset rename add remove serial gpib provider apply lint diff merge
+set -g __qvvisa_commands where init list get set unset rename add remove serial gpib provider apply lint diff doctor merge
 set -l editing set unset rename add remove serial gpib provider apply
 
 complete -c qvvisa -f
@@ -69,6 +69,9 @@ complete -c qvvisa -n '__fish_seen_subcommand_from lint' -l fail-on -x -a 'error
 complete -c qvvisa -n '__fish_seen_subcommand_from lint' -l ignore -x
 complete -c qvvisa -n '__fish_seen_subcommand_from lint' -l format -x -a 'gcc github'
 complete -c qvvisa -n '__fish_seen_subcommand_from diff' -l window
+complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l list
+complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l timeout -x
+complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l no-library
 for option in check diff backup exit-code force
     complete -c qvvisa -n "__fish_seen_subcommand_from $editing" -l $option
 end
@@ -86,4 +89,5 @@ complete -c qvvisa -n '__qvvisa_arguments_of serial 1 1' -a '(__qvvisa_devices S
 complete -c qvvisa -n '__qvvisa_arguments_of serial 2 99' -a 'baud-rate={9600,19200,38400,57600,115200} data-bits={7,8} stop-bits={1,1.5,2} parity={none,odd,even,mark,space} flow-control={none,xon-xoff,rts-cts,rts-cts-dtr-dsr}'
 complete -c qvvisa -n '__qvvisa_arguments_of gpib 1 1' -a '(__qvvisa_devices GPIBProperty)'
 complete -c qvvisa -n '__qvvisa_arguments_of gpib 2 99' -a 'primary-address= secondary-address=none system-controller={yes,no}'
+complete -c qvvisa -n '__qvvisa_arguments_of doctor 1 99' -a '(qvvisa doctor --list 2>/dev/null | string replace -r " .*" "")'
 complete -c qvvisa -n '__fish_seen_subcommand_from init apply lint diff merge' -F

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#include "command/Commands.h"
+
+#include "command/CommandLine.h"
+#include "command/CommandOptions.h"
+#include "command/TextWrap.h"
+#include "config/Encoding.h"
+#include "doctor/Check.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+
+namespace QvVisa {
+
+namespace {
+
+struct DoctorOptions
+{
+    std::vector<std::string> names;
+    bool isList = false;
+    bool hasNoLibrary = false;
+    std::chrono::milliseconds timeout = std::chrono::seconds(10);
+};
+
+/// The named checks, or all, in the usual order.
+std::vector<const Check*> selectedChecks(const DoctorOptions& options)
+{
+    std::vector<const Check*> named;
+    for (const std::string& name : options.names) {
+        const std::vector<const Check*> found = checksNamed(name);
+        if (found.empty()) {
+            throw CommandError(ExitCode::WrongUsage, "there is no check " + pathToUtf8(name) +
+                                                         " (see qvvisa doctor --list)");
+        }
+        named.insert(named.end(), found.begin(), found.end());
+    }
+    std::vector<const Check*> selected;
+    for (const Check& check : checks()) {
+        const bool isNamed =
+            options.names.empty() || std::find(named.begin(), named.end(), &check) != named.end();
+        const bool isPossible = !options.hasNoLibrary || check.library != LibraryNeed::Required;
+        if (isNamed && isPossible) {
+            selected.push_back(&check);
+        }
+    }
+    if (selected.empty()) {
+        throw CommandError(ExitCode::WrongUsage,
+                           "the checks named examine the VISA library, which --no-library forbids");
+    }
+    return selected;
+}
+
+std::size_t countOf(const std::vector<CheckResult>& results, Mark mark)
+{
+    return static_cast<std::size_t>(
+        std::count_if(results.begin(), results.end(),
+                      [=](const CheckResult& result) { return result.mark == mark; }));
+}
+
+/// The mark, coloured like the severity that it is.
+std::string coloredMark(const Output& output, Mark mark)
+{
+    const std::string word(markWord(mark));
+    switch (mark) {
+    case Mark::Ok:
+        return word;
+    case Mark::Note:
+        return output.dataWord(Severity::Note, word);
+    case Mark::Warning:
+        return output.dataWord(Severity::Warning, word);
+    case Mark::Problem:
+        return output.dataWord(Severity::Error, word);
+    }
+    return word;
+}
+
+constexpr std::size_t s_indent = 9;
+
+/// "problem  file.lint: TEXT", wrapped, with a line for the remedy.
+std::string resultLines(const Output& output, const CheckResult& result)
+{
+    const std::size_t width = output.width();
+    const std::string_view mark = markWord(result.mark);
+    const std::string blanks(s_indent - mark.size(), ' ');
+    // Wrapped with the plain word: colours take no columns.
+    std::string text = wrapped(
+        std::string(mark) + blanks + result.id + ": " + printable(result.text), width, s_indent);
+    text.replace(0, mark.size(), coloredMark(output, result.mark));
+    if (!result.remedy.empty()) {
+        text += '\n' + wrapped(std::string(s_indent, ' ') + "-> " + printable(result.remedy), width,
+                               s_indent + 3);
+    }
+    return text + '\n';
+}
+
+void printText(Output& output, const std::vector<CheckResult>& results)
+{
+    const CheckResult* first = firstToRepair(results);
+    for (const CheckResult& result : results) {
+        if (!output.isQuiet() || result.mark == Mark::Problem) {
+            output.data(resultLines(output, result));
+        }
+    }
+    if (output.isQuiet() && (first == nullptr || first->mark != Mark::Problem)) {
+        return;
+    }
+    if (first == nullptr) {
+        output.data("\nNothing needs repair.\n");
+        return;
+    }
+    const std::string& what = first->remedy.empty() ? first->text : first->remedy;
+    output.data(
+        '\n' +
+        wrapped("Repair first: " + first->id + ": " + printable(what), output.width(), s_indent) +
+        '\n');
+}
+
+void printJson(Output& output, const std::vector<CheckResult>& results)
+{
+    using Json = nlohmann::ordered_json;
+    Json object;
+    object["schema"] = "qvvisa-doctor/1";
+    object["problems"] = countOf(results, Mark::Problem);
+    object["warnings"] = countOf(results, Mark::Warning);
+    object["checks"] = Json::array();
+    for (const CheckResult& result : results) {
+        Json entry;
+        entry["id"] = result.id;
+        entry["mark"] = markWord(result.mark);
+        entry["text"] = result.text;
+        entry["remedy"] = result.remedy.empty() ? Json() : Json(result.remedy);
+        object["checks"].push_back(std::move(entry));
+    }
+    output.json(object);
+}
+
+ExitCode printList(Output& output)
+{
+    if (output.isJson()) {
+        throw CommandError(ExitCode::WrongUsage, "--list has no JSON form");
+    }
+    constexpr std::size_t width = 21;
+    for (const Check& check : checks()) {
+        std::string id = check.id;
+        id.resize(std::max(id.size() + 1, width), ' ');
+        output.data(id + check.description + '\n');
+    }
+    return ExitCode::Done;
+}
+
+ExitCode runDoctor(CommandContext& context, const DoctorOptions& options)
+{
+    Output& output = context.output;
+    if (options.isList) {
+        return printList(output);
+    }
+    if (context.file == "-") {
+        throw CommandError(ExitCode::WrongUsage,
+                           "the doctor examines a file; qvvisa lint - reads standard input");
+    }
+    const std::vector<const Check*> selected = selectedChecks(options);
+    const Machine machine = examineMachine(context.file);
+    const std::vector<CheckResult> results = runChecks(selected, machine);
+    if (output.isJson()) {
+        printJson(output, results);
+    } else {
+        printText(output, results);
+    }
+    return countOf(results, Mark::Problem) > 0 ? ExitCode::No : ExitCode::Done;
+}
+
+} // namespace
+
+void addDoctorCommand(CommandLine& line)
+{
+    auto options = std::make_shared<DoctorOptions>();
+    CommandOptions command = line.addCommand(
+        "doctor", "Examine the machine: file, library, instruments, rights, display",
+        [options](CommandContext& context) { return runDoctor(context, *options); });
+    command.addOption("CHECK", options->names,
+                      "Checks to run, such as file.lint, or groups, such as file; default: all");
+    command.addFlag("--list", options->isList, "List the checks");
+    command.addTimeout(options->timeout,
+                       "How long the VISA library may take in all, 10 by default");
+    command.addFlag("--no-library", options->hasNoLibrary, "Do not call the VISA library");
+}
+
+} // namespace QvVisa
