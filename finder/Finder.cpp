@@ -9,7 +9,7 @@ std::shared_ptr<ResourceSource> openResourceSource()
 {
     // One for the process: only one search of local buses may hang.
     static const auto source = std::make_shared<finder::FinderSource>(
-        finder::FinderSettings::fromEnvironment(), finder::SystemFiles());
+        finder::FinderSettings::fromEnvironment(), visa::SystemFiles());
     return source;
 }
 
