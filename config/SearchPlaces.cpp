@@ -44,34 +44,36 @@ SearchEnvironment searchEnvironment()
     return environment;
 }
 
+std::array<SearchPath, 4> searchOrder(const SearchEnvironment& environment)
+{
+    const auto append = [](const std::optional<std::string>& folder, const char* name) {
+        return folder ? std::optional<std::string>(*folder + name) : std::nullopt;
+    };
+    return {{
+        {"QVVISACONFFILE", environment.configurationFile, false},
+        {"working folder", append(environment.workingFolder, "/visa.conf"), true},
+        {"HOME", append(environment.home, "/.quorvane/visa.conf"), false},
+        {"system-wide", "/Library/Preferences/com.quorvane.visa.conf", true},
+    }};
+}
+
 std::vector<SearchPlace> searchPlaces(const SearchEnvironment& environment)
 {
     std::vector<SearchPlace> places;
     bool isFound = false;
-    const auto add = [&](const char* place, const std::optional<std::string>& path,
-                         const std::string& seenFromHere) {
-        SearchPlace added{place, path.value_or(std::string()), PlaceVerdict::Unset};
-        if (path) {
-            added.verdict = verdictOf(seenFromHere);
-            if (added.verdict == PlaceVerdict::Used && std::exchange(isFound, true)) {
-                added.verdict = PlaceVerdict::Shadowed;
+    for (const SearchPath& path : searchOrder(environment)) {
+        SearchPlace place{path.place, path.path.value_or(std::string()), PlaceVerdict::Unset};
+        if (path.path) {
+            const bool isRelative = !place.path.empty() && place.path.front() != '/';
+            place.verdict = verdictOf(isRelative && environment.workingFolder
+                                          ? *environment.workingFolder + '/' + place.path
+                                          : place.path);
+            if (place.verdict == PlaceVerdict::Used && std::exchange(isFound, true)) {
+                place.verdict = PlaceVerdict::Shadowed;
             }
         }
-        places.push_back(std::move(added));
-    };
-    const auto append = [](const std::optional<std::string>& folder, const char* name) {
-        return folder ? std::optional<std::string>(*folder + name) : std::nullopt;
-    };
-    const std::string file = environment.configurationFile.value_or(std::string());
-    const bool isRelative = !file.empty() && file.front() != '/' && environment.workingFolder;
-    add("QVVISACONFFILE", environment.configurationFile,
-        isRelative ? *environment.workingFolder + '/' + file : file);
-    const auto inFolder = append(environment.workingFolder, "/visa.conf");
-    add("working folder", inFolder, inFolder.value_or(std::string()));
-    const auto inHome = append(environment.home, "/.quorvane/visa.conf");
-    add("HOME", inHome, inHome.value_or(std::string()));
-    const std::string systemWide = "/Library/Preferences/com.quorvane.visa.conf";
-    add("system-wide", systemWide, systemWide);
+        places.push_back(std::move(place));
+    }
     return places;
 }
 

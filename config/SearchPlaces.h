@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,6 +19,19 @@ struct SearchEnvironment
 /// This process's environment and working folder.
 SearchEnvironment searchEnvironment();
 
+/// A path of the search order, whatever is there.
+struct SearchPath
+{
+    const char* place; ///< "QVVISACONFFILE", "working folder", "HOME" or "system-wide".
+    std::optional<std::string> path; ///< None when the place is unset.
+    /// A search for writing takes the path even if its status cannot be queried, as far as the
+    /// queries before it allow.
+    bool isForWriting = false;
+};
+
+/// The order of the search: the one source for the store's search and for searchPlaces().
+std::array<SearchPath, 4> searchOrder(const SearchEnvironment& environment);
+
 /// What the search makes of a place.
 enum class PlaceVerdict
 {
@@ -32,13 +46,13 @@ enum class PlaceVerdict
 /// A place of the search order.
 struct SearchPlace
 {
-    std::string place; ///< "QVVISACONFFILE", "working folder", "HOME" or "system-wide".
+    std::string place; ///< As in SearchPath.
     std::string path;  ///< Empty when the place is unset.
     PlaceVerdict verdict = PlaceVerdict::Unset;
 };
 
-/// All places in the order of the search. A relative QVVISACONFFILE is looked up from the working
-/// folder.
+/// All places in the order of the search. A relative path is looked up from the environment's
+/// working folder.
 std::vector<SearchPlace> searchPlaces(const SearchEnvironment& environment);
 
 } // namespace QvVisa
