@@ -24,10 +24,9 @@ struct FinishedEdit
     std::string diff; ///< In UTF-8.
 };
 
-FinishedEdit finishEdit(const std::string& text, const std::string& name,
+FinishedEdit finishEdit(const Document& document, const std::string& name,
                         const EditOptions& options, const Edit& edit)
 {
-    const Document document(text);
     requireHeader(document, name);
     FinishedEdit finished{edit(document), {}};
     if (options.isDiff && finished.result.isChanged()) {
@@ -103,8 +102,8 @@ ExitCode editStandardInput(CommandContext& context, const EditOptions& options, 
         throw CommandError(ExitCode::WrongUsage, "--backup needs a file");
     }
     output.keepDataForText();
-    const std::string text = readStandardInput(context);
-    const FinishedEdit finished = finishEdit(text, "standard input", options, edit);
+    const Document document(readStandardInput(context));
+    const FinishedEdit finished = finishEdit(document, "standard input", options, edit);
     printResult(output, "standard input", finished, options, std::nullopt);
     if (!options.isCheck) {
         output.data(finished.result.edited.text);
@@ -149,12 +148,12 @@ ExitCode runEdit(CommandContext& context, const EditOptions& options, const Edit
     FinishedEdit finished;
     std::optional<std::string> backup;
     if (options.isCheck) {
-        finished = finishEdit(readWholeFile(path), name, options, edit);
+        finished = finishEdit(Document(readWholeFile(path)), name, options, edit);
     } else {
         backup = updateFile(
             path,
-            [&](const std::string& text) {
-                finished = finishEdit(text, name, options, edit);
+            [&](const Document& document) {
+                finished = finishEdit(document, name, options, edit);
                 // What is printed afterwards needs the changes, not the text.
                 return finished.result.isChanged()
                            ? std::optional<std::string>(std::move(finished.result.edited.text))

@@ -140,7 +140,7 @@ private:
     const std::optional<std::string>& m_backupSuffix;
     const Clock::time_point m_deadline = Clock::now() + s_longestWaitInAll;
     std::optional<TargetFile> m_target;
-    std::string m_oldText;
+    std::optional<Document> m_old;
     std::string m_newText;
     std::optional<std::string> m_backup;
 };
@@ -179,7 +179,7 @@ void Update::lockTarget()
 void Update::checkWithoutWriting()
 {
     const int error = errno;
-    if (m_update(readWholeFile(m_path))) {
+    if (m_update(Document(readWholeFile(m_path)))) {
         throw notWritten(m_path, error);
     }
 }
@@ -197,8 +197,8 @@ bool Update::attemptOnce()
         const int error = errno == EBADF ? EACCES : errno;
         throw errorAt(ExitCode::NoFile, m_path, std::generic_category().message(error));
     }
-    m_oldText = *std::move(text);
-    std::optional<std::string> newText = m_update(m_oldText);
+    m_old.emplace(*std::move(text));
+    std::optional<std::string> newText = m_update(*m_old);
     if (!newText) {
         return true;
     }
@@ -244,7 +244,7 @@ bool Update::exchange(std::unique_ptr<TemporaryFile> replacement)
 {
     const int folder = m_target->folder();
     const FileDescriptor cameOut = openInFolder(folder, replacement->name(), s_forReading);
-    if (!cameOut.isOpen() || !holds(cameOut.get(), m_oldText)) {
+    if (!cameOut.isOpen() || !holds(cameOut.get(), m_old->text())) {
         undoExchange(*replacement);
         return false;
     }
@@ -290,13 +290,13 @@ void Update::undoExchange(TemporaryFile& replacement)
 bool Update::targetStillHoldsOldText() const
 {
     const FileDescriptor file = openInFolder(m_target->folder(), m_target->name(), s_forReading);
-    return file.isOpen() && holds(file.get(), m_oldText);
+    return file.isOpen() && holds(file.get(), m_old->text());
 }
 
 void Update::copyToBackup()
 {
     if (m_backupSuffix) {
-        if (!writeFileAtomically(backupPath(), m_oldText)) {
+        if (!writeFileAtomically(backupPath(), m_old->text())) {
             throw notWritten(backupPath(), errno);
         }
         m_backup = backupPath();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "document/Document.h"
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -9,7 +11,7 @@ namespace QvVisa {
 
 /// Makes the new text of the old one; none to leave the file alone. It is called again with a newer
 /// text when others have changed the file meanwhile. What it throws ends the update.
-using TextUpdate = std::function<std::optional<std::string>(const std::string& text)>;
+using TextUpdate = std::function<std::optional<std::string>(const Document& old)>;
 
 /// Replaces the contents of an existing file by what update makes of them, without losing what
 /// other programs write to it at the same time. The old contents are kept beside it under the

@@ -25,20 +25,19 @@ struct GetOptions
 
 ExitCode getResource(Output& output, const ConfigurationText& text, const std::string& name)
 {
-    const Entries entries(text.document);
-    const auto found = entries.aliases.find(toUpperCase(name));
-    if (found == entries.aliases.end()) {
-        throw CommandError(ExitCode::No,
-                           "there is no alias " + latin1ToUtf8(name) + suggestAlias(entries, name));
+    const std::optional<Entries::Alias> alias = findAlias(text.document, name);
+    if (!alias) {
+        throw CommandError(ExitCode::No, "there is no alias " + latin1ToUtf8(name) +
+                                             suggestAlias(Entries(text.document), name));
     }
-    const std::string resource = latin1ToUtf8(found->second.resource);
+    const std::string resource = latin1ToUtf8(alias->resource);
     if (output.isJson()) {
         nlohmann::ordered_json object;
         object["schema"] = "qvvisa-get/1";
         object["file"] = text.name;
-        object["name"] = latin1ToUtf8(found->first);
+        object["name"] = latin1ToUtf8(toUpperCase(name));
         object["resource"] = resource;
-        object["line"] = found->second.line + 1;
+        object["line"] = alias->line + 1;
         output.json(object);
     } else {
         output.data(resource + '\n');

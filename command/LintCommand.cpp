@@ -149,9 +149,9 @@ private:
         bool isChanged = false;
         updateFile(
             path,
-            [&](const std::string& before) {
-                text = lint::repaired(Document(before), m_ignored);
-                isChanged = text != before;
+            [&](const Document& before) {
+                text = lint::repaired(before, m_ignored);
+                isChanged = text != before.text();
                 return isChanged ? std::optional<std::string>(text) : std::nullopt;
             },
             std::nullopt);

@@ -17,13 +17,22 @@ namespace QvVisa {
 
 namespace {
 
-using NamedAlias = std::pair<std::string, Entries::Alias>;
+struct NamedAlias
+{
+    std::string_view name;
+    Entries::Alias alias;
+};
 
+/// Views into the entries.
 std::vector<NamedAlias> sortedAliases(const Entries& entries)
 {
-    std::vector<NamedAlias> aliases(entries.aliases.begin(), entries.aliases.end());
+    std::vector<NamedAlias> aliases;
+    aliases.reserve(entries.aliases.size());
+    for (const auto& [name, alias] : entries.aliases) {
+        aliases.push_back({name, alias});
+    }
     std::sort(aliases.begin(), aliases.end(),
-              [](const NamedAlias& a, const NamedAlias& b) { return a.first < b.first; });
+              [](const NamedAlias& a, const NamedAlias& b) { return a.name < b.name; });
     return aliases;
 }
 

@@ -39,11 +39,10 @@ ExitCode runMerge(CommandContext& context, const MergeOptions& options)
     bool isChanged = false;
     updateFile(
         options.ours,
-        [&](const std::string& text) {
-            const Document ours(text);
+        [&](const Document& ours) {
             requireHeader(ours, name);
             merged = mergeDocuments(base, ours, theirs);
-            isChanged = merged.text != text;
+            isChanged = merged.text != ours.text();
             return isChanged ? std::optional<std::string>(merged.text) : std::nullopt;
         },
         std::nullopt);

@@ -2,6 +2,7 @@
 #include "config/ProcessEnvironment.h"
 
 #include "config/FileDescriptor.h"
+#include "config/WholeFile.h"
 
 #include <fcntl.h>
 
@@ -37,21 +38,7 @@ std::optional<std::string> contentsOf(const fs::path& path)
 {
     const FileDescriptor file(
         uninterrupted([&path] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC); }));
-    if (!file.isOpen()) {
-        return std::nullopt;
-    }
-    // Files below /proc do not say how long they are.
-    std::string contents(4096, '\0');
-    ssize_t length = readFully(file.get(), contents.data(), contents.size());
-    while (length == static_cast<ssize_t>(contents.size())) {
-        contents.resize(2 * contents.size());
-        length = readFully(file.get(), contents.data(), contents.size());
-    }
-    if (length < 0) {
-        return std::nullopt;
-    }
-    contents.resize(static_cast<std::size_t>(length));
-    return contents;
+    return file.isOpen() ? readWholeFile(file.get()) : std::nullopt;
 }
 
 bool isNumber(const std::string& text)

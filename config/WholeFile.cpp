@@ -2,6 +2,7 @@
 #include "config/WholeFile.h"
 
 #include "config/FileDescriptor.h"
+#include "config/HugePages.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,12 +15,13 @@ std::optional<std::string> readWholeFile(int descriptor)
     if (::fstat(descriptor, &status) != 0) {
         return std::nullopt;
     }
-    std::string text;
-    std::size_t length = 0;
+    // One byte more than the file has, so that its end is seen in the second read.
+    const auto expected = static_cast<std::size_t>(status.st_size) + 1;
     constexpr std::size_t more = std::size_t{64} * 1024;
+    std::string text;
+    reserveLarge(text, expected);
+    std::size_t length = 0;
     for (;;) {
-        // One byte more than the file has, so that its end is seen in the second read.
-        const auto expected = static_cast<std::size_t>(status.st_size) + 1;
         text.resize(length < expected ? expected : length + more);
         const ssize_t count = uninterrupted([&] {
             return ::pread(descriptor, text.data() + length, text.size() - length,

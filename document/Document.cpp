@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "document/Document.h"
 
+#include "config/HugePages.h"
 #include "config/ModernConfigurationFile.h"
-
-#include <algorithm>
 
 namespace QvVisa {
 
@@ -16,7 +15,9 @@ std::string_view DocumentLine::withoutCarriageReturn() const
 Document::Document(std::string text) : m_text(std::make_unique<const std::string>(std::move(text)))
 {
     const std::string_view whole = *m_text;
-    m_begins.reserve(static_cast<std::size_t>(std::count(whole.begin(), whole.end(), '\n')) + 1);
+    // Counting the lines would take longer than growing in the few texts of shorter lines.
+    constexpr std::size_t shortLine = 16;
+    reserveLarge(m_begins, whole.size() / shortLine + 1);
     for (std::size_t begin = 0; begin < whole.size();) {
         m_begins.push_back(begin);
         const std::size_t end = whole.find('\n', begin);
@@ -33,15 +34,31 @@ bool Document::hasHeader() const
 
 DocumentLine Document::line(std::size_t index) const
 {
-    const std::size_t begin = offset(index);
     DocumentLine line;
-    line.text = std::string_view(*m_text).substr(begin, offset(index + 1) - begin);
-    line.hasLineFeed = line.text.back() == '\n';
-    if (line.hasLineFeed) {
-        line.text.remove_suffix(1);
-    }
+    line.text = lineText(index);
+    line.hasLineFeed = offset(index) + line.text.size() < offset(index + 1);
     line.match = matchConfigurationLine(line.text);
     return line;
+}
+
+std::string_view Document::lineText(std::size_t index) const
+{
+    const std::size_t begin = offset(index);
+    std::string_view text = std::string_view(*m_text).substr(begin, offset(index + 1) - begin);
+    if (text.back() == '\n') {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+std::optional<std::size_t> Document::lastLine(LineKind kind) const
+{
+    for (std::size_t index = size(); index-- > 0;) {
+        if (line(index).match.kind == kind) {
+            return index;
+        }
+    }
+    return std::nullopt;
 }
 
 std::size_t Document::offset(std::size_t index) const

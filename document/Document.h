@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,12 @@ public:
     /// The line at an index less than size(). It is matched in each call: time is linear in the
     /// line.
     DocumentLine line(std::size_t index) const;
+
+    /// The text of line(index) alone, in constant time.
+    std::string_view lineText(std::size_t index) const;
+
+    /// The last line of this kind; none when there is none. Time is linear in the lines after it.
+    std::optional<std::size_t> lastLine(LineKind kind) const;
 
     /// The offset in the text at which the line begins; for size(), the length of the text.
     std::size_t offset(std::size_t index) const;

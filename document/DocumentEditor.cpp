@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "document/DocumentEditor.h"
 
+#include "config/HugePages.h"
+
 #include <algorithm>
 
 namespace QvVisa {
@@ -134,7 +136,7 @@ EditedText DocumentEditor::edit() const
     EditedText result;
     const std::string& old = m_document.text();
     constexpr std::size_t usualInsertion = 100;
-    result.text.reserve(old.size() + m_edits.size() * usualInsertion);
+    reserveLarge(result.text, old.size() + m_edits.size() * usualInsertion);
     std::size_t nextLine = 0;
     std::size_t newIndex = 0;
     const auto copyUpTo = [&](std::size_t line) {

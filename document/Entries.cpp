@@ -2,6 +2,7 @@
 #include "document/Entries.h"
 
 #include "config/ConfigurationValue.h"
+#include "config/EntryFilter.h"
 #include "config/UpperCase.h"
 
 #include <algorithm>
@@ -30,6 +31,22 @@ Entries::Entries(const Document& document)
             }
         }
     }
+}
+
+std::optional<Entries::Alias> findAlias(const Document& document, std::string_view name)
+{
+    EntryFilter filter;
+    filter.addText(name);
+    // The last line of a name decides.
+    for (std::size_t index = document.size(); index-- > 0;) {
+        if (filter.passes(document.lineText(index))) {
+            const ConfigurationLine line = document.line(index).match;
+            if (line.kind == LineKind::Alias && equalsIgnoringCase(line.first, name)) {
+                return Entries::Alias{line.second, index};
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 bool haveSameMeaning(const Entries& left, const Entries& right)

@@ -47,6 +47,10 @@ public:
     std::optional<std::size_t> providerLine;
 };
 
+/// The alias of this name, in any case, as Entries has it; much faster than all entries. The
+/// document has the version header.
+std::optional<Entries::Alias> findAlias(const Document& document, std::string_view name);
+
 /// Whether a reader gets the same from both, the order of the resources included.
 bool haveSameMeaning(const Entries& left, const Entries& right);
 

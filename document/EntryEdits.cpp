@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "document/EntryEdits.h"
 
+#include "config/EntryFilter.h"
 #include "config/UpperCase.h"
 
 namespace QvVisa {
@@ -31,7 +32,13 @@ Renaming renameAlias(const Document& document, std::string_view oldName, std::st
     const std::string newUpper = toUpperCase(newName);
     std::vector<std::size_t> lines;
     std::optional<std::size_t> lineOfNewName;
+    EntryFilter filter;
+    filter.addText(oldName);
+    filter.addText(newName);
     for (std::size_t index = 0; index < document.size(); ++index) {
+        if (!filter.passes(document.lineText(index))) {
+            continue;
+        }
         const ConfigurationLine line = document.line(index).match;
         if (line.kind != LineKind::Alias) {
             continue;

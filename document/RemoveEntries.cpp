@@ -2,6 +2,7 @@
 #include "document/EntryEdits.h"
 
 #include "config/ConfigurationValue.h"
+#include "config/EntryFilter.h"
 #include "config/UpperCase.h"
 #include "document/EntryOutcomes.h"
 
@@ -21,11 +22,19 @@ public:
     {
         for (const std::string& name : unwanted.names) {
             m_names.insert(toUpperCase(name));
+            m_filter.addText(name);
         }
         for (const std::string& resource : unwanted.resources) {
             m_resources.insert(toUpperCase(resource));
+            m_filter.addText(resource);
+        }
+        if (!m_serial.empty() || !m_gpib.empty()) {
+            m_filter.addKeys();
         }
     }
+
+    /// False only for a line that is not among them.
+    bool mayContain(std::string_view line) const { return m_filter.passes(line); }
 
     bool contain(const ConfigurationLine& line) const
     {
@@ -43,6 +52,7 @@ public:
     }
 
 private:
+    EntryFilter m_filter;
     std::unordered_set<std::string> m_names;
     std::unordered_set<std::string> m_resources;
     std::unordered_set<std::uint16_t> m_serial;
@@ -63,6 +73,9 @@ EditResult removeEntries(const Document& document, const UnwantedEntries& unwant
         outcomes.expectRemoval(LineKind::Resource, resource);
     }
     for (std::size_t index = 0; index < document.size(); ++index) {
+        if (!lines.mayContain(document.lineText(index))) {
+            continue;
+        }
         const ConfigurationLine line = document.line(index).match;
         if (lines.contain(line)) {
             outcomes.removeLine(editor, index, line);

@@ -2,12 +2,14 @@
 #include "document/EntryEdits.h"
 
 #include "config/ConfigurationValue.h"
+#include "config/EntryFilter.h"
 #include "config/ModernConfigurationFile.h"
 #include "config/UpperCase.h"
 #include "document/Entries.h"
 #include "document/EntryOutcomes.h"
 #include "document/PropertyKeys.h"
 
+#include <algorithm>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -40,6 +42,15 @@ struct FamilyLines
     std::optional<std::size_t> lastLine;
 };
 
+/// By upper-cased alias name or resource: its last line, none if it has no line.
+using NamedLines = std::unordered_map<std::string, std::optional<std::size_t>>;
+
+bool isAnyMissing(const NamedLines& lines)
+{
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const auto& entry) { return !entry.second.has_value(); });
+}
+
 template <typename Map, typename Key>
 const typename Map::mapped_type* findIn(const Map& map, const Key& key)
 {
@@ -59,16 +70,32 @@ public:
     {
         for (const auto& [name, resource] : wanted.aliases) {
             m_aliasLines[toUpperCase(name)];
+            m_filter.addText(name);
         }
         for (const std::string& resource : wanted.resources) {
             m_resourceLines[toUpperCase(resource)];
+            m_filter.addText(resource);
+        }
+        if (!wanted.serial.empty() || !wanted.gpib.empty() || wanted.provider) {
+            m_filter.addKeys();
+        }
+        if (m_removesOthers) {
+            m_filter.addAll();
         }
     }
 
     EditResult write()
     {
         for (std::size_t index = 0; index < m_document.size(); ++index) {
-            visit(index, m_document.line(index).match);
+            if (m_filter.passes(m_document.lineText(index))) {
+                visit(index, m_document.line(index).match);
+            }
+        }
+        if (isAnyMissing(m_aliasLines)) {
+            m_lastAlias = m_document.lastLine(LineKind::Alias);
+        }
+        if (isAnyMissing(m_resourceLines)) {
+            m_lastResource = m_document.lastLine(LineKind::Resource);
         }
         writeProvider();
         writeFamily(m_wanted.serial, m_serial);
@@ -92,8 +119,7 @@ private:
     void visit(std::size_t index, const ConfigurationLine& line);
     void visitProperty(std::size_t index, const ConfigurationLine& line,
                        const PropertyValue& property);
-    void visitNamed(std::size_t index, const ConfigurationLine& line,
-                    std::unordered_map<std::string, std::optional<std::size_t>>& lines);
+    void visitNamed(std::size_t index, const ConfigurationLine& line, NamedLines& lines);
 
     void writeProvider();
     void writeFamily(const DeviceValues& wanted, const FamilyLines& family);
@@ -105,11 +131,13 @@ private:
     const Document& m_document;
     const WantedEntries& m_wanted;
     const bool m_removesOthers;
+    EntryFilter m_filter;
     DocumentEditor m_editor;
     EntryOutcomes m_outcomes;
-    /// By upper-cased text of the wanted ones: the last line.
-    std::unordered_map<std::string, std::optional<std::size_t>> m_aliasLines;
-    std::unordered_map<std::string, std::optional<std::size_t>> m_resourceLines;
+    /// Of the wanted ones.
+    NamedLines m_aliasLines;
+    NamedLines m_resourceLines;
+    /// After these go what the document lacks. If it lacks nothing, any lines of these kinds.
     std::optional<std::size_t> m_lastAlias;
     std::optional<std::size_t> m_lastResource;
     FamilyLines m_serial;
@@ -135,8 +163,7 @@ void EntryWriter::visit(std::size_t index, const ConfigurationLine& line)
     }
 }
 
-void EntryWriter::visitNamed(std::size_t index, const ConfigurationLine& line,
-                             std::unordered_map<std::string, std::optional<std::size_t>>& lines)
+void EntryWriter::visitNamed(std::size_t index, const ConfigurationLine& line, NamedLines& lines)
 {
     if (lines.empty() && !m_removesOthers) {
         return;

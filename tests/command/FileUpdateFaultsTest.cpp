@@ -33,9 +33,9 @@ namespace {
 const std::string s_old = "old\n";
 const std::string s_new = "old\nnew\n";
 
-std::optional<std::string> appendLine(const std::string& text)
+std::optional<std::string> appendLine(const QvVisa::Document& old)
 {
-    return text + "new\n";
+    return old.text() + "new\n";
 }
 
 class FileUpdateFaults : public testing::Test

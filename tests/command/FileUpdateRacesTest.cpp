@@ -89,7 +89,8 @@ TEST(FileUpdateRaces, FourProcessesLoseNoneOfTheirEdits)
             for (int edit = 0; edit < edits; ++edit) {
                 const std::string line =
                     std::to_string(process) + ' ' + std::to_string(edit) + '\n';
-                updateUntilDone(path, [&line](const std::string& text) { return text + line; });
+                updateUntilDone(path,
+                                [&line](const QvVisa::Document& old) { return old.text() + line; });
             }
         }));
     }
@@ -109,8 +110,8 @@ TEST(FileUpdateRaces, EditsBesideWholeFileSavesLoseNoSave)
     const pid_t editor = inChild([&path, edits] {
         for (int edit = 0; edit < edits; ++edit) {
             const std::string line = "edit " + std::to_string(edit) + '\n';
-            updateUntilDone(path, [&line](const std::string& text) {
-                return text.substr(0, text.find('\n') + 1) + line;
+            updateUntilDone(path, [&line](const QvVisa::Document& old) {
+                return old.text().substr(0, old.text().find('\n') + 1) + line;
             });
         }
     });

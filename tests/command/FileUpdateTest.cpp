@@ -30,12 +30,12 @@ namespace {
 
 const std::string s_old = "old\n";
 
-std::optional<std::string> appendLine(const std::string& text)
+std::optional<std::string> appendLine(const QvVisa::Document& old)
 {
-    return text + "new\n";
+    return old.text() + "new\n";
 }
 
-std::optional<std::string> leaveAlone(const std::string& /*text*/)
+std::optional<std::string> leaveAlone(const QvVisa::Document& /*old*/)
 {
     return std::nullopt;
 }
@@ -172,14 +172,14 @@ TEST_F(FileUpdate, ChangesByOthersBetweenReadingAndWritingAreNotLost)
     int calls = 0;
     updateFile(
         path(),
-        [&](const std::string& text) {
+        [&](const QvVisa::Document& old) {
             if (++calls == 1) {
                 support::writeFile(m_folder.path() / "other", "saved by another\n");
                 fs::rename(m_folder.path() / "other", path());
             } else if (calls == 2) {
                 support::writeFile(path(), "written in place\n");
             }
-            return appendLine(text);
+            return appendLine(old);
         },
         std::nullopt);
     EXPECT_EQ(calls, 3);
@@ -190,9 +190,9 @@ TEST_F(FileUpdate, ChangesByOthersBetweenReadingAndWritingAreNotLost)
 TEST_F(FileUpdate, TenChangesByOthersInARowAreAConflict)
 {
     int calls = 0;
-    const ExitCode code = exitCodeOf([&](const std::string& text) {
+    const ExitCode code = exitCodeOf([&](const QvVisa::Document& old) {
         support::writeFile(path(), "change " + std::to_string(++calls) + '\n');
-        return appendLine(text);
+        return appendLine(old);
     });
     EXPECT_EQ(code, ExitCode::Conflict);
     EXPECT_EQ(calls, 10);

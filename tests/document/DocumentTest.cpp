@@ -105,3 +105,12 @@ TEST(Document, ViewsStayValidWhenTheDocumentIsMoved)
     const Document moved = std::move(document);
     EXPECT_EQ(text.data(), moved.text().data());
 }
+
+TEST(Document, LastLineOfAKindIsFound)
+{
+    const Document document("A=1\nR\nB=2\nS\n# x\n");
+    EXPECT_EQ(document.lastLine(LineKind::Alias), 2U);
+    EXPECT_EQ(document.lastLine(LineKind::Resource), 3U);
+    EXPECT_EQ(document.lastLine(LineKind::Provider), std::nullopt);
+    EXPECT_EQ(document.lineText(4), "# x");
+}

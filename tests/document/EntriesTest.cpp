@@ -66,3 +66,15 @@ TEST(Entries, AreNoneWithoutTheHeader)
     const Document document("DMM=GPIB0::1::INSTR\n:Provider=1\n");
     EXPECT_EQ(contentsOf(Entries(document)), FileContents());
 }
+
+TEST(Entries, OneAliasIsFoundWithoutTheOthers)
+{
+    const Document document{std::string(s_text)};
+    const auto alias = findAlias(document, "dmm");
+    ASSERT_TRUE(alias);
+    EXPECT_EQ(alias->line, 5U);
+    EXPECT_EQ(alias->resource, "GPIB0::3::INSTR");
+    for (const char* other : {"", "D", "DMM=", "GPIB0::2::INSTR\r", ":Provider"}) {
+        EXPECT_FALSE(findAlias(document, other)) << other;
+    }
+}
