@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -70,6 +71,13 @@ protected:
         EXPECT_TRUE(update());
         EXPECT_EQ(calls.count("renameat2"), 1);
         return calls.count();
+    }
+
+    ino_t inodeOfTarget() const
+    {
+        struct stat status = {};
+        EXPECT_EQ(::stat(path().c_str(), &status), 0);
+        return status.st_ino;
     }
 
     std::size_t filesInFolder() const
@@ -155,6 +163,63 @@ TEST_F(FileUpdateFaults, SaveByAnotherBeforeAnyTwoCallsIsNotLost)
             }
         }
     }
+}
+
+TEST_F(FileUpdateFaults, FileSystemWithoutExchangeAndUnnamedFilesGetsTheNewText)
+{
+    for (const int exchangeError : {EINVAL, ENOSYS, ENOTSUP}) {
+        // EBUSY: a mount point, which keeps its file.
+        for (const int renameError : {0, EBUSY}) {
+            SCOPED_TRACE("exchange " + std::to_string(exchangeError) + ", rename " +
+                         std::to_string(renameError));
+            arrange();
+            const ino_t inode = inodeOfTarget();
+            {
+                const SystemCalls calls([&](const SystemCall& call) {
+                    CallAnswer answer;
+                    if (call.name == "renameat2") {
+                        answer.error = exchangeError;
+                    } else if (call.name == "openat(O_TMPFILE)") {
+                        answer.error = EOPNOTSUPP;
+                    } else if (call.name == "renameat" && call.path == "visa.conf") {
+                        answer.error = renameError;
+                    }
+                    return answer;
+                });
+                EXPECT_EQ(QvVisa::updateFile(path(), appendLine, ".old"), path().string() + ".old");
+            }
+            EXPECT_EQ(support::readFile(path()), s_new);
+            EXPECT_EQ(support::readFile(path().string() + ".old"), s_old);
+            EXPECT_EQ(filesInFolder(), 2U);
+            EXPECT_EQ(inodeOfTarget() == inode, renameError == EBUSY);
+        }
+    }
+}
+
+TEST_F(FileUpdateFaults, WithoutExchangeASaveByAnotherBeforeTheExchangeFailedIsNotLost)
+{
+    int exchange = 0;
+    for (int number = 0; number <= exchange; ++number) {
+        arrange();
+        {
+            const SystemCalls calls([&](const SystemCall& call) {
+                CallAnswer answer;
+                if (call.name == "renameat2") {
+                    answer.error = EINVAL;
+                    exchange = number == 0 ? call.number : exchange;
+                }
+                if (call.number == number) {
+                    saveForeign("foreign\n");
+                }
+                return answer;
+            });
+            EXPECT_TRUE(update());
+        }
+        EXPECT_EQ(support::readFile(path()), number == 0 ? s_new : "foreign\nnew\n")
+            << "before call " << number;
+        EXPECT_EQ(filesInFolder(), 1U);
+    }
+    EXPECT_GT(exchange, 0);
 }
 
 TEST_F(FileUpdateFaults, KillBeforeAnyCallLeavesTheOldOrTheNewText)

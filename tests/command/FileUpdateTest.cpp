@@ -3,6 +3,7 @@
 
 #include "command/ExitCode.h"
 #include "tests/support/Files.h"
+#include "tests/support/Mounts.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -146,6 +147,22 @@ TEST_F(FileUpdate, FileWithTwoNamesIsWrittenInPlace)
     EXPECT_EQ(support::readFile(second), "old\nnew\n");
     EXPECT_TRUE(fs::equivalent(path(), second));
     EXPECT_EQ(support::readFile(path().string() + ".old"), s_old);
+}
+
+TEST_F(FileUpdate, MountedFileIsWrittenInPlace)
+{
+    const auto mountFile = [this] { return support::mountOverItself(path()); };
+    if (!support::inChildProcess(mountFile)) {
+        GTEST_SKIP() << "this user may not mount a file";
+    }
+    const ino_t inode = status().st_ino;
+    EXPECT_TRUE(support::inChildProcess([&] {
+        return mountFile() && updateFile(path(), appendLine, ".old") == path().string() + ".old";
+    }));
+    EXPECT_EQ(support::readFile(path()), "old\nnew\n");
+    EXPECT_EQ(status().st_ino, inode);
+    EXPECT_EQ(support::readFile(path().string() + ".old"), s_old);
+    EXPECT_EQ(filesInFolder(), 2U);
 }
 
 TEST_F(FileUpdate, UnwritableFileIsLeftAloneAndReadAllTheSame)

@@ -346,9 +346,9 @@ int unlinkat(int folder, const char* name, int flags) noexcept
 
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
 {
-    return pass("renameat", [&] {
-        return next<decltype(::renameat)>("renameat")(fromFolder, from, toFolder, to);
-    });
+    return pass(
+        "renameat",
+        [&] { return next<decltype(::renameat)>("renameat")(fromFolder, from, toFolder, to); }, to);
 }
 
 #ifdef RENAME_EXCHANGE

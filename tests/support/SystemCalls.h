@@ -15,7 +15,7 @@ struct SystemCall
     std::string name; ///< The function's; "openat(O_TMPFILE)" for the creation of an unnamed file.
     int number;       ///< 1 for the first call since the object was made.
     std::size_t size; ///< The bytes that a read or write asks for; else 0.
-    std::string path; ///< What is opened; else empty.
+    std::string path; ///< What is opened, or the new name that is given; else empty.
 };
 
 /// What is to become of a call.

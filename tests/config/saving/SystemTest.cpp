@@ -8,6 +8,7 @@
 #include "tests/config/saving/SavingTest.h"
 #include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
+#include "tests/support/Mounts.h"
 #include "tests/support/OrdinaryUser.h"
 #include "tests/support/SystemCalls.h"
 
@@ -19,9 +20,7 @@
 #ifdef __linux__
 #include <fcntl.h>
 #include <linux/fs.h>
-#include <sched.h>
 #include <sys/ioctl.h>
-#include <sys/mount.h>
 #endif
 
 #include <algorithm>
@@ -91,36 +90,6 @@ TEST_F(SaveInSystem, WritesToClosedPipesFailWithoutEndingTheProgram)
     }));
 }
 
-#ifdef __linux__
-/// Only root may mount: anyone else becomes root in a user space of their own.
-bool enterOwnSpace()
-{
-    const std::string user = std::to_string(::geteuid());
-    const std::string group = std::to_string(::getegid());
-    if (user == "0") {
-        return ::unshare(CLONE_NEWNS) == 0;
-    }
-    if (::unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) {
-        return false;
-    }
-    writeFile("/proc/self/setgroups", "deny");
-    writeFile("/proc/self/uid_map", "0 " + user + " 1");
-    writeFile("/proc/self/gid_map", "0 " + group + " 1");
-    return true;
-}
-#endif
-
-/// Puts a small file system of this process's own over the folder.
-bool mountSmallFileSystem([[maybe_unused]] const fs::path& folder)
-{
-#ifdef __linux__
-    return enterOwnSpace() && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount("small", folder.c_str(), "tmpfs", 0, "size=128k") == 0;
-#else
-    return false;
-#endif
-}
-
 /// Takes all room but about this much.
 void fillFileSystem(const fs::path& folder, std::size_t room)
 {
@@ -133,13 +102,13 @@ void fillFileSystem(const fs::path& folder, std::size_t room)
 
 TEST_F(SaveInSystem, KeepTheOldFileWhenTheDiskIsFull)
 {
-    if (!support::inChildProcess([this] { return mountSmallFileSystem(folder()); })) {
+    if (!support::inChildProcess([this] { return support::mountSmallFileSystem(folder()); })) {
         GTEST_SKIP() << "this user may not mount a small file system";
     }
     for (const bool isLinked : {false, true}) {
         for (const std::size_t room : {std::size_t{0}, std::size_t{8192}}) {
             EXPECT_TRUE(support::inChildProcess([&] {
-                mountSmallFileSystem(folder());
+                support::mountSmallFileSystem(folder());
                 const std::string old(20'000, 'o');
                 const std::string bytes(40'000, 'n');
                 writeFile(file(), old);
@@ -158,14 +127,9 @@ TEST_F(SaveInSystem, KeepTheOldFileWhenTheDiskIsFull)
     }
 }
 
-#ifdef __linux__
 TEST_F(SaveInSystem, AMountedFileIsOverwrittenInPlace)
 {
-    const auto mountFile = [this] {
-        return enterOwnSpace() &&
-               ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-               ::mount(file().c_str(), file().c_str(), nullptr, MS_BIND, nullptr) == 0;
-    };
+    const auto mountFile = [this] { return support::mountOverItself(file()); };
     if (!support::inChildProcess(mountFile)) {
         GTEST_SKIP() << "this user may not mount a file";
     }
@@ -176,6 +140,7 @@ TEST_F(SaveInSystem, AMountedFileIsOverwrittenInPlace)
     EXPECT_EQ(names(), Names{"visa.conf"});
 }
 
+#ifdef __linux__
 /// Sets the flags of chattr for as long as the object lives.
 class FolderFlags
 {
