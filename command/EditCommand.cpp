@@ -84,14 +84,6 @@ void printResult(Output& output, const std::string& name, const FinishedEdit& fi
     output.diff(finished.diff);
 }
 
-void warnOfWindows(Output& output, const std::string& path)
-{
-    for (const std::string& pid : windowsEditing(path)) {
-        output.message(Severity::Warning, "QvVisaConfigure is running on this file (process " +
-                                              pid + "): its next Save writes its own table");
-    }
-}
-
 ExitCode editStandardInput(CommandContext& context, const EditOptions& options, const Edit& edit)
 {
     Output& output = context.output;
@@ -113,6 +105,14 @@ ExitCode editStandardInput(CommandContext& context, const EditOptions& options, 
 }
 
 } // namespace
+
+void warnOfWindows(Output& output, const std::string& path)
+{
+    for (const std::string& pid : windowsEditing(path)) {
+        output.message(Severity::Warning, "QvVisaConfigure is running on this file (process " +
+                                              pid + "): its next Save writes its own table");
+    }
+}
 
 CommandOptions addEditCommand(CommandLine& line, const std::string& name,
                               const std::string& description,

@@ -32,4 +32,7 @@ CommandOptions addEditCommand(CommandLine& line, const std::string& name,
 /// Edits the file in use as the options say, and prints what changed.
 ExitCode runEdit(CommandContext& context, const EditOptions& options, const Edit& edit);
 
+/// Prints a warning for each window that is running on the file.
+void warnOfWindows(Output& output, const std::string& path);
+
 } // namespace QvVisa

@@ -3,6 +3,7 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
+#include "command/EditCommand.h"
 #include "command/FileUpdate.h"
 #include "config/Encoding.h"
 #include "lint/Linter.h"
@@ -157,6 +158,7 @@ private:
             std::nullopt);
         if (isChanged) {
             m_context.output.message(Severity::Note, pathToUtf8(path) + ": repaired");
+            warnOfWindows(m_context.output, path);
         }
         return text;
     }

@@ -3,6 +3,7 @@
 
 #include "command/CommandLine.h"
 #include "command/ConfigurationText.h"
+#include "command/EditCommand.h"
 #include "command/FileUpdate.h"
 #include "config/Encoding.h"
 #include "document/Merge.h"
@@ -46,6 +47,9 @@ ExitCode runMerge(CommandContext& context, const MergeOptions& options)
             return isChanged ? std::optional<std::string>(merged.text) : std::nullopt;
         },
         std::nullopt);
+    if (isChanged) {
+        warnOfWindows(context.output, options.ours);
+    }
     if (merged.hasConflict) {
         throw CommandError(ExitCode::Conflict,
                            name + ": conflict: decide between the lines that the markers <<<<<<< "

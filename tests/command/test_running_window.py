@@ -33,24 +33,40 @@ class RunningWindow(unittest.TestCase):
         self.addCleanup(process.stdin.close)
         return process
 
+    def run_program(self, *arguments):
+        return subprocess.run(
+            [PROGRAM, *arguments], cwd=self.folder, capture_output=True, text=True, check=True
+        ).stderr
+
     def edit(self, *options):
         self.edits += 1
-        return subprocess.run(
-            [PROGRAM, "-f", "visa.conf", *options, "set", "DMM", f"GPIB0::{self.edits}::INSTR"],
-            cwd=self.folder,
-            capture_output=True,
-            text=True,
-            check=True,
-        ).stderr
+        return self.run_program(
+            "-f", "visa.conf", *options, "set", "DMM", f"GPIB0::{self.edits}::INSTR"
+        )
+
+    def warning(self, window):
+        return (
+            "qvvisa: warning: QvVisaConfigure is running on this file "
+            f"(process {window.pid}): its next Save writes its own table\n"
+        )
 
     def test_on_this_file_is_warned_of(self):
         window = self.start("QvVisaConfigure", QVVISACONFFILE="visa.conf")
-        self.assertEqual(
-            self.edit(),
-            "qvvisa: warning: QvVisaConfigure is running on this file "
-            f"(process {window.pid}): its next Save writes its own table\n",
-        )
+        self.assertEqual(self.edit(), self.warning(window))
         self.assertEqual(self.edit("-q"), "")
+
+    def test_is_warned_of_by_lint_and_merge_when_they_write(self):
+        window = self.start("QvVisaConfigure", QVVISACONFFILE="visa.conf")
+        (self.folder / "visa.conf").write_text(HEADER + "[aliases]\n")
+        repair = ("lint", "--fix", "visa.conf")
+        self.assertEqual(
+            self.run_program(*repair), "qvvisa: note: visa.conf: repaired\n" + self.warning(window)
+        )
+        self.assertEqual(self.run_program(*repair), "")
+        (self.folder / "theirs.conf").write_text(HEADER + "DMM=GPIB0::1::INSTR\n")
+        merge = ("merge", "other.conf", "visa.conf", "theirs.conf")
+        self.assertEqual(self.run_program(*merge), self.warning(window))
+        self.assertEqual(self.run_program(*merge), "")
 
     def test_that_found_the_file_in_its_folder_is_warned_of(self):
         window = self.start("QvVisaConfigure", HOME="/nowhere")
