@@ -109,6 +109,25 @@ void reportUnreadable(const Machine& machine, CheckReport& report)
     }
 }
 
+struct Count
+{
+    std::size_t number;
+    const char* noun;
+    const char* plural;
+};
+
+/// "2 errors" and so on, without those of which there are none.
+std::vector<std::string> nonZero(const std::vector<Count>& counts)
+{
+    std::vector<std::string> texts;
+    for (const Count& count : counts) {
+        if (count.number > 0) {
+            texts.push_back(counted(count.number, count.noun, count.plural));
+        }
+    }
+    return texts;
+}
+
 std::string positionAndMessage(const lint::Finding& finding)
 {
     return "line " + std::to_string(finding.line) + ": " + latin1ToUtf8(finding.message) + " [" +
@@ -164,16 +183,12 @@ void checkRead(const Machine& machine, CheckReport& report)
         return;
     }
     const Entries entries(document);
-    std::vector<std::string> kinds;
-    const auto add = [&kinds](std::size_t count, const char* noun, const char* plural) {
-        if (count > 0) {
-            kinds.push_back(counted(count, noun, plural));
-        }
-    };
-    add(entries.aliases.size(), "alias", "aliases");
-    add(entries.resources.size(), "resource without an alias", "resources without an alias");
-    add(entries.serial.size(), "serial port", "serial ports");
-    add(entries.gpib.size(), "GPIB board", "GPIB boards");
+    const std::vector<std::string> kinds = nonZero({
+        {entries.aliases.size(), "alias", "aliases"},
+        {entries.resources.size(), "resource without an alias", "resources without an alias"},
+        {entries.serial.size(), "serial port", "serial ports"},
+        {entries.gpib.size(), "GPIB board", "GPIB boards"},
+    });
     report.ok(kinds.empty() ? "The file is read; it has no entries."
                             : "The file is read: " + enumerated(kinds) + '.');
 }
@@ -201,14 +216,16 @@ void checkLint(const Machine& machine, CheckReport& report)
     const lint::Severity worst = errors > 0 ? lint::Severity::Error : lint::Severity::Warning;
     const auto first = std::find_if(findings.begin(), findings.end(),
                                     [=](const auto& finding) { return finding.severity == worst; });
-    report.add(errors > 0 ? Mark::Problem : Mark::Warning,
-               counted(errors, "error") + " and " + counted(warnings, "warning") + "; the first " +
-                   (errors > 0 ? "error" : "warning") + " is on " + positionAndMessage(*first),
-               machine.command("lint") + " shows all" +
-                   (fixable > 0 ? "; " + machine.command("lint --fix") + " repairs " +
-                                      std::to_string(fixable) + " of them"
-                                : std::string()) +
-                   '.');
+    report.add(
+        errors > 0 ? Mark::Problem : Mark::Warning,
+        enumerated(nonZero({{errors, "error", "errors"}, {warnings, "warning", "warnings"}})) +
+            "; the first " + (errors > 0 ? "error" : "warning") + " is on " +
+            positionAndMessage(*first),
+        machine.command("lint") + " shows all" +
+            (fixable > 0 ? "; " + machine.command("lint --fix") + " repairs " +
+                               std::to_string(fixable) + " of them"
+                         : std::string()) +
+            '.');
 }
 
 } // namespace QvVisa

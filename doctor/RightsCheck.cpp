@@ -114,7 +114,7 @@ void checkRights(const Machine& machine, CheckReport& report)
         }
         report.add(isSerial ? Mark::Warning : Mark::Problem,
                    "This user may not open " + enumerated(paths) + " (group " + group + ')' +
-                       (isSerial ? ", serial." : ": the instrument is listed, but not opened."),
+                       (isSerial ? "." : ", so the instrument cannot be used."),
                    remedyFor(group, files.front()));
     }
 }
