@@ -6,12 +6,14 @@
 #include "command/TextWrap.h"
 #include "config/Encoding.h"
 #include "doctor/Check.h"
+#include "visa/LibraryProbe.h"
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <optional>
 
 namespace QvVisa {
 
@@ -51,6 +53,23 @@ std::vector<const Check*> selectedChecks(const DoctorOptions& options)
                            "the checks named examine the VISA library, which --no-library forbids");
     }
     return selected;
+}
+
+/// What the VISA library does, if a check wants to know.
+std::optional<visa::ProbeReport> probeFor(const std::vector<const Check*>& selected,
+                                          const Machine& machine, const DoctorOptions& options)
+{
+    const std::vector<const Check*> runnable = runnableChecks(selected, machine);
+    const bool isWanted = std::any_of(runnable.begin(), runnable.end(), [](const Check* check) {
+        return check->library != LibraryNeed::Nothing;
+    });
+    if (!isWanted || options.hasNoLibrary) {
+        return std::nullopt;
+    }
+    visa::ProbeRequest request;
+    request.timeout = options.timeout;
+    request.serialPorts = true;
+    return visa::probeLibrary(request);
 }
 
 std::size_t countOf(const std::vector<CheckResult>& results, Mark mark)
@@ -162,7 +181,9 @@ ExitCode runDoctor(CommandContext& context, const DoctorOptions& options)
                            "the doctor examines a file; qvvisa lint - reads standard input");
     }
     const std::vector<const Check*> selected = selectedChecks(options);
-    const Machine machine = examineMachine(context.file);
+    Machine machine = examineMachine(context.file);
+    const std::optional<visa::ProbeReport> probe = probeFor(selected, machine, options);
+    machine.probe = probe ? &*probe : nullptr;
     const std::vector<CheckResult> results = runChecks(selected, machine);
     if (output.isJson()) {
         printJson(output, results);

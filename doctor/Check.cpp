@@ -72,26 +72,29 @@ std::vector<const Check*> checksNamed(std::string_view name)
     return found;
 }
 
+std::vector<const Check*> runnableChecks(const std::vector<const Check*>& selected,
+                                         const Machine& machine)
+{
+    std::vector<const Check*> runnable;
+    for (const Check* check : selected) {
+        const std::string_view explanation = explanationFor(*check, machine);
+        const Check* chosen = explanation.empty() ? check : checksNamed(explanation).front();
+        if (std::find(runnable.begin(), runnable.end(), chosen) == runnable.end()) {
+            runnable.push_back(chosen);
+        }
+    }
+    return runnable;
+}
+
 std::vector<CheckResult> runChecks(const std::vector<const Check*>& selected,
                                    const Machine& machine)
 {
-    std::vector<const Check*> runnable;
-    const auto add = [&runnable](const Check* check) {
-        if (std::find(runnable.begin(), runnable.end(), check) == runnable.end()) {
-            runnable.push_back(check);
-        }
-    };
-    for (const Check* check : selected) {
-        if (check->library == LibraryNeed::Required && machine.probe == nullptr) {
-            continue;
-        }
-        const std::string_view explanation = explanationFor(*check, machine);
-        add(explanation.empty() ? check : checksNamed(explanation).front());
-    }
     std::vector<CheckResult> results;
-    for (const Check* check : runnable) {
-        CheckReport report(check->id, results);
-        check->run(machine, report);
+    for (const Check* check : runnableChecks(selected, machine)) {
+        if (check->library != LibraryNeed::Required || machine.probe != nullptr) {
+            CheckReport report(check->id, results);
+            check->run(machine, report);
+        }
     }
     return results;
 }

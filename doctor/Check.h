@@ -44,7 +44,12 @@ const std::vector<Check>& checks();
 /// The checks of that id, or of that group ("file"); empty when there are none.
 std::vector<const Check*> checksNamed(std::string_view name);
 
-/// Runs the checks one after another.
+/// The checks without those that cannot be run; for these, once, the checks that say why.
+std::vector<const Check*> runnableChecks(const std::vector<const Check*>& selected,
+                                         const Machine& machine);
+
+/// Runs the checks that can be run, one after another. Those that require Machine::probe are left
+/// out while it is null.
 std::vector<CheckResult> runChecks(const std::vector<const Check*>& selected,
                                    const Machine& machine);
 

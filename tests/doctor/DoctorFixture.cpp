@@ -49,6 +49,7 @@ QvVisa::Machine DoctorFixture::machine() const
 {
     QvVisa::Machine machine = QvVisa::examineMachine(m_fileOption, m_system.path("/").string());
     machine.now += m_clock;
+    machine.probe = m_probe ? &*m_probe : nullptr;
     return machine;
 }
 

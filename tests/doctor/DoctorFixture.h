@@ -4,6 +4,7 @@
 #include "doctor/Check.h"
 #include "tests/support/FakeSystem.h"
 #include "tests/support/TestHome.h"
+#include "visa/LibraryProbe.h"
 
 #include <gtest/gtest.h>
 
@@ -40,6 +41,8 @@ protected:
 
     /// For -f.
     std::optional<std::string> m_fileOption;
+    /// What the VISA library did.
+    std::optional<visa::ProbeReport> m_probe;
     /// Seconds by which the checks' clock is ahead of the system's.
     std::int64_t m_clock = 3600;
     TestHome m_home;
