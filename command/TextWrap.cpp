@@ -43,13 +43,14 @@ std::string wrapped(std::string_view utf8, std::size_t width, std::size_t indent
     }
     std::string text;
     std::size_t column = 0;
+    bool hasWord = false;
     while (!utf8.empty()) {
         // A word with the blanks before it: those are left out where the line is broken.
         const std::size_t begin = std::min(utf8.find_first_not_of(' '), utf8.size());
         const std::size_t end = std::min(utf8.find(' ', begin), utf8.size());
         const std::string_view word = utf8.substr(begin, end - begin);
         const std::size_t length = columnsOf(word);
-        if (column > indent && column + begin + length > width) {
+        if (hasWord && column + begin + length > width) {
             text.append(1, '\n').append(indent, ' ');
             column = indent;
         } else {
@@ -58,6 +59,7 @@ std::string wrapped(std::string_view utf8, std::size_t width, std::size_t indent
         }
         text.append(word);
         column += length;
+        hasWord = true;
         utf8.remove_prefix(end);
     }
     return text;

@@ -182,6 +182,13 @@ void checkRead(const Machine& machine, CheckReport& report)
                                            : finding.remedy());
         return;
     }
+    if (machine.isHuge()) {
+        report.warning("The file is read, but has " + sizeText(document.text().size()) +
+                           ": every program that reads it takes long, and the doctor does not "
+                           "examine its lines.",
+                       machine.command("list") + " shows the entries.");
+        return;
+    }
     const Entries entries(document);
     const std::vector<std::string> kinds = nonZero({
         {entries.aliases.size(), "alias", "aliases"},
@@ -195,6 +202,11 @@ void checkRead(const Machine& machine, CheckReport& report)
 
 void checkLint(const Machine& machine, CheckReport& report)
 {
+    if (machine.isHuge()) {
+        report.note("The lines of so large a file are not examined here.",
+                    machine.command("lint") + " examines them.");
+        return;
+    }
     const std::vector<lint::Finding> findings = lint::findingsIn(*machine.document);
     std::array<std::size_t, 3> counts{};
     std::size_t fixable = 0;

@@ -5,6 +5,7 @@
 #include "document/Document.h"
 #include "visa/SystemFiles.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -40,6 +41,12 @@ struct Machine
 
     /// Whether a text is there that the reader reads: with the version header.
     bool hasReadableText() const { return document && document->hasHeader(); }
+
+    /// Whether the text is so long that examining its lines would take many seconds. No
+    /// configuration of a bench is.
+    bool isHuge() const { return document && document->text().size() > s_hugeSize; }
+
+    static constexpr std::size_t s_hugeSize = std::size_t{4} * 1024 * 1024;
 
     /// "qvvisa ARGUMENTS" on this file, as a shell takes it.
     std::string command(const std::string& arguments) const;

@@ -109,6 +109,10 @@ void compareWithLibrary(const Machine& machine, const Ports& ports, CheckReport&
 
 void checkSerial(const Machine& machine, CheckReport& report)
 {
+    if (machine.isHuge()) {
+        report.note("The lines of so large a file are not examined here.");
+        return;
+    }
     const Ports ports = portsOf(machine);
     const bool hasList = machine.probe != nullptr && machine.probe->hasSearchedSerialPorts;
     if (hasList) {

@@ -106,6 +106,17 @@ TEST_F(Checks, PipeOrDeviceAsFileIsNotWaitedFor)
     }
 }
 
+TEST_F(Checks, LinesOfAHugeFileAreNotExamined)
+{
+    writeFile("A=B\n" + std::string(Machine::s_hugeSize, '\n'));
+    for (const char* name : {"file.lint", "file.loses", "serial"}) {
+        EXPECT_EQ(results(name), "note: The lines of so large a file are not examined here.\n");
+    }
+    EXPECT_EQ(results("file.read"),
+              "warning: The file is read, but has 4.1 MB: every program that reads it takes long, "
+              "and the doctor does not examine its lines.\n");
+}
+
 TEST_F(Checks, AnyBytesInTheFileGiveValidResults)
 {
     std::string bytes = "A\x80=\xFF\r\n";
