@@ -17,47 +17,6 @@
 #include <random>
 #include <vector>
 
-/// A view shows the right rows, and keeps its selection, indexes and editors with their entries,
-/// although the model's notifications end one past the last row and announce no insertions.
-class TestModelViews : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void init();
-    void cleanup();
-
-    void addedRowsAreShown();
-    void removalsAreShown_data();
-    void removalsAreShown();
-    void anyMixOfAddingAndRemovingIsShown_data();
-    void anyMixOfAddingAndRemovingIsShown();
-    void changesWhileHiddenAreShown();
-    void twoViewsShowTheSame();
-    void aNewResourceIsShownByTheNextPaint();
-
-    void aRemovalSelectsAnAdjacentRow_data();
-    void aRemovalSelectsAnAdjacentRow();
-    void selectionStaysWithItsEntry();
-    void scrollPositionStays();
-    void persistentIndexesStayWithTheirEntries();
-    void anEditorStaysWithItsEntry_data();
-    void anEditorStaysWithItsEntry();
-    void anEditorOfARemovedEntryIsClosed();
-    void theModelTesterReportsNothing();
-
-private:
-    void fill(int count);
-    QStringList resources() const;
-    /// Fails unless the view looks like a new view of a new model with the same rows.
-    void compareWithNewView(QTableView& view) const;
-
-    support::ConfigurationFixture m_configuration;
-    std::optional<support::QtWarnings> m_warnings;
-    std::unique_ptr<ConfigurationModel> m_model;
-    std::unique_ptr<QTableView> m_view;
-};
-
 namespace {
 
 /// A view like the main window's table, of a fixed size and without focus, which would be painted.
@@ -124,336 +83,351 @@ public:
 
 } // namespace
 
-void TestModelViews::init()
+/// A view shows the right rows, and keeps its selection, indexes and editors with their entries,
+/// although the model's notifications end one past the last row and announce no insertions.
+class TestModelViews : public QObject
 {
-    m_warnings.emplace();
-    m_configuration.write("");
-    m_model = std::make_unique<ConfigurationModel>(nullptr);
-    m_view = shownView(*m_model);
-    m_model->m_selectionModel = m_view->selectionModel();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-}
+    Q_OBJECT
 
-void TestModelViews::cleanup()
-{
-    m_view.reset();
-    m_model.reset();
-    QCOMPARE(m_warnings->all(), QStringList());
-    m_warnings.reset();
-}
-
-void TestModelViews::fill(int count)
-{
-    addRows(*m_model, count, 0);
-    finishLayout();
-    QCOMPARE(m_model->rowCount(), count);
-}
-
-QStringList TestModelViews::resources() const
-{
-    QStringList resources;
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        resources += m_model->data(m_model->index(row, 0)).toString();
+private slots:
+    void init()
+    {
+        m_warnings.emplace();
+        m_configuration.write("");
+        m_model = std::make_unique<ConfigurationModel>(nullptr);
+        m_view = shownView(*m_model);
+        m_model->m_selectionModel = m_view->selectionModel();
+        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
     }
-    return resources;
-}
 
-void TestModelViews::compareWithNewView(QTableView& view) const
-{
-    ConfigurationModel model(nullptr);
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        model.add(m_model->data(m_model->index(row, 0)).toString(),
-                  m_model->data(m_model->index(row, 1)).toString());
+    void cleanup()
+    {
+        m_view.reset();
+        m_model.reset();
+        QCOMPARE(m_warnings->all(), QStringList());
+        m_warnings.reset();
     }
-    const auto expected = shownView(model);
-    QVERIFY(QTest::qWaitForWindowExposed(expected.get()));
-    finishLayout();
-    QCOMPARE(view.verticalHeader()->count(), m_model->rowCount());
-    QCOMPARE(view.verticalHeader()->length(), expected->verticalHeader()->length());
-    QCOMPARE(view.verticalScrollBar()->maximum(), expected->verticalScrollBar()->maximum());
-    if (view.currentIndex().isValid()) {
-        expected->setCurrentIndex(model.index(view.currentIndex().row(), 0));
-    }
-    expected->verticalScrollBar()->setValue(view.verticalScrollBar()->value());
-    const QImage actual = picture(view);
-    QVERIFY2(actual == picture(*expected),
-             qPrintable(QStringLiteral("%1 rows look different from those of a new view")
-                            .arg(m_model->rowCount())));
-}
 
-void TestModelViews::addedRowsAreShown()
-{
-    QImage before = picture(*m_view);
-    for (int row = 0; row < 12; ++row) {
-        addRows(*m_model, 1, row);
-        compareWithNewView(*m_view);
-        const QImage after = picture(*m_view);
-        // The view has place for nine rows.
-        QVERIFY(row > 8 || after != before);
-        before = after;
-    }
-    addRows(*m_model, 400, 12);
-    compareWithNewView(*m_view);
-    m_view->scrollToBottom();
-    compareWithNewView(*m_view);
-    QCOMPARE(m_view->rowAt(m_view->viewport()->height() - 1), 411);
-}
-
-void TestModelViews::removalsAreShown_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("count");
-    QTest::newRow("only row") << 1 << 0 << 1;
-    QTest::newRow("first of two") << 2 << 0 << 1;
-    QTest::newRow("last of two") << 2 << 1 << 1;
-    QTest::newRow("both of two") << 2 << 0 << 2;
-    QTest::newRow("first of many") << 200 << 0 << 1;
-    QTest::newRow("last but one of many") << 200 << 198 << 1;
-    QTest::newRow("last of many") << 200 << 199 << 1;
-    QTest::newRow("block at the start") << 200 << 0 << 50;
-    QTest::newRow("block in the middle") << 200 << 60 << 50;
-    QTest::newRow("block at the end") << 200 << 150 << 50;
-    QTest::newRow("all") << 200 << 0 << 200;
-    QTest::newRow("none") << 5 << 2 << 0;
-}
-
-void TestModelViews::removalsAreShown()
-{
-    QFETCH(int, rows);
-    QFETCH(int, row);
-    QFETCH(int, count);
-    fill(rows);
-    QVERIFY(m_model->removeRows(row, count));
-    compareWithNewView(*m_view);
-    m_view->scrollToBottom();
-    compareWithNewView(*m_view);
-    m_model->addEntry();
-    compareWithNewView(*m_view);
-}
-
-void TestModelViews::anyMixOfAddingAndRemovingIsShown_data()
-{
-    QTest::addColumn<unsigned>("seed");
-    for (unsigned seed = 1; seed <= 4; ++seed) {
-        QTest::addRow("seed %u", seed) << seed;
-    }
-}
-
-void TestModelViews::anyMixOfAddingAndRemovingIsShown()
-{
-    QFETCH(unsigned, seed);
-    std::mt19937 random(seed);
-    const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
-    int next = 0;
-    for (int step = 0; step < 120; ++step) {
-        const int rows = m_model->rowCount();
-        if (rows == 0 || below(5) < 3) {
-            const int count = 1 + below(4);
-            addRows(*m_model, count, next);
-            next += count;
-        } else {
-            const int row = below(rows);
-            QVERIFY(m_model->removeRows(row, 1 + below(std::min(3, rows - row))));
-        }
-        if (below(3) == 0) {
+    void addedRowsAreShown()
+    {
+        QImage before = picture(*m_view);
+        for (int row = 0; row < 12; ++row) {
+            addRows(*m_model, 1, row);
             compareWithNewView(*m_view);
+            const QImage after = picture(*m_view);
+            // The view has place for nine rows.
+            QVERIFY(row > 8 || after != before);
+            before = after;
         }
+        addRows(*m_model, 400, 12);
+        compareWithNewView(*m_view);
+        m_view->scrollToBottom();
+        compareWithNewView(*m_view);
+        QCOMPARE(m_view->rowAt(m_view->viewport()->height() - 1), 411);
     }
-    while (m_model->rowCount() > 0) {
-        QVERIFY(m_model->removeRows(seed % 2 == 0 ? 0 : m_model->rowCount() - 1, 1));
+
+    void removalsAreShown_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("count");
+        QTest::newRow("only row") << 1 << 0 << 1;
+        QTest::newRow("first of two") << 2 << 0 << 1;
+        QTest::newRow("last of two") << 2 << 1 << 1;
+        QTest::newRow("both of two") << 2 << 0 << 2;
+        QTest::newRow("first of many") << 200 << 0 << 1;
+        QTest::newRow("last but one of many") << 200 << 198 << 1;
+        QTest::newRow("last of many") << 200 << 199 << 1;
+        QTest::newRow("block at the start") << 200 << 0 << 50;
+        QTest::newRow("block in the middle") << 200 << 60 << 50;
+        QTest::newRow("block at the end") << 200 << 150 << 50;
+        QTest::newRow("all") << 200 << 0 << 200;
+        QTest::newRow("none") << 5 << 2 << 0;
     }
-    compareWithNewView(*m_view);
-}
 
-void TestModelViews::changesWhileHiddenAreShown()
-{
-    fill(40);
-    m_view->hide();
-    QVERIFY(m_model->removeRows(0, 10));
-    addRows(*m_model, 3, 100);
-    m_view->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-    compareWithNewView(*m_view);
-}
-
-void TestModelViews::twoViewsShowTheSame()
-{
-    const auto second = shownView(*m_model);
-    QVERIFY(QTest::qWaitForWindowExposed(second.get()));
-    fill(5);
-    QVERIFY(m_model->removeRows(4, 1));
-    m_model->addEntry();
-    QVERIFY(m_model->removeRows(0, 1));
-    compareWithNewView(*m_view);
-    compareWithNewView(*second);
-}
-
-void TestModelViews::aNewResourceIsShownByTheNextPaint()
-{
-    fill(3);
-    m_view->selectRow(1);
-    m_model->setResource(QStringLiteral("USB0::1::2::3::INSTR"));
-    // setResource() emits no dataChanged; closing the dialog that found the resource repaints.
-    m_view->viewport()->update();
-    compareWithNewView(*m_view);
-}
-
-void TestModelViews::aRemovalSelectsAnAdjacentRow_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("selected");
-    QTest::newRow("first") << 5 << 0 << 0;
-    QTest::newRow("middle") << 5 << 2 << 2;
-    // The announced range ends at the last row, so the row above is selected.
-    QTest::newRow("last but one") << 5 << 3 << 2;
-    QTest::newRow("last") << 5 << 4 << 3;
-    QTest::newRow("last of three") << 3 << 2 << 1;
-    // The announced range contains all rows, so none is selected.
-    QTest::newRow("first of two") << 2 << 0 << -1;
-    QTest::newRow("last of two") << 2 << 1 << -1;
-    QTest::newRow("only") << 1 << 0 << -1;
-}
-
-void TestModelViews::aRemovalSelectsAnAdjacentRow()
-{
-    QFETCH(int, rows);
-    QFETCH(int, row);
-    QFETCH(int, selected);
-    fill(rows);
-    m_view->selectRow(row);
-    m_model->removeSelectedEntry();
-    finishLayout();
-    const QModelIndexList selection = m_view->selectionModel()->selectedRows();
-    QCOMPARE(selection.isEmpty() ? -1 : selection.first().row(), selected);
-    QCOMPARE(m_view->selectionModel()->hasSelection(), selected != -1);
-    QVERIFY(selected == -1 || m_view->currentIndex().row() == selected);
-}
-
-void TestModelViews::selectionStaysWithItsEntry()
-{
-    fill(30);
-    m_view->selectRow(20);
-    m_model->addEntry();
-    QVERIFY(m_model->removeRows(19, 1));
-    QVERIFY(m_model->removeRows(0, 3));
-    QVERIFY(m_model->removeRows(25, 1));
-    QCOMPARE(m_view->selectionModel()->selectedRows().size(), 1);
-    QCOMPARE(m_view->selectionModel()->selectedRows().first().data().toString(), resource(20));
-    QCOMPARE(m_view->currentIndex().data().toString(), resource(20));
-    m_model->removeSelectedEntry();
-    QVERIFY(!resources().contains(resource(20)));
-    QCOMPARE(m_model->rowCount(), 25);
-}
-
-void TestModelViews::scrollPositionStays()
-{
-    fill(100);
-    m_view->selectRow(40);
-    m_view->scrollTo(m_model->index(40, 0), QAbstractItemView::PositionAtCenter);
-    finishLayout();
-    const int position = m_view->verticalScrollBar()->value();
-    QVERIFY(position > 0);
-    m_model->addEntry();
-    finishLayout();
-    QCOMPARE(m_view->verticalScrollBar()->value(), position);
-    m_model->removeSelectedEntry();
-    finishLayout();
-    QCOMPARE(m_view->verticalScrollBar()->value(), position);
-    m_view->scrollToBottom();
-    QVERIFY(m_model->removeRows(98, 1));
-    finishLayout();
-    QCOMPARE(m_view->verticalScrollBar()->value(), m_view->verticalScrollBar()->maximum());
-}
-
-void TestModelViews::persistentIndexesStayWithTheirEntries()
-{
-    for (const auto& [row, count] :
-         {std::pair(0, 1), std::pair(4, 1), std::pair(3, 4), std::pair(8, 1), std::pair(9, 1),
-          std::pair(0, 10), std::pair(5, 0), std::pair(10, 0)}) {
-        m_model->removeRows(0, m_model->rowCount());
-        fill(10);
-        std::vector<QPersistentModelIndex> indexes;
-        for (int number = 0; number < 10; ++number) {
-            indexes.emplace_back(m_model->index(number, number % 2));
-        }
+    void removalsAreShown()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, row);
+        QFETCH(int, count);
+        fill(rows);
         QVERIFY(m_model->removeRows(row, count));
-        for (int number = 0; number < 10; ++number) {
-            const QPersistentModelIndex& index = indexes[static_cast<std::size_t>(number)];
-            const bool isRemoved = number >= row && number < row + count;
-            QCOMPARE(index.isValid(), !isRemoved);
-            if (!isRemoved) {
-                QCOMPARE(index.row(), number < row ? number : number - count);
-                QCOMPARE(index.column(), number % 2);
+        compareWithNewView(*m_view);
+        m_view->scrollToBottom();
+        compareWithNewView(*m_view);
+        m_model->addEntry();
+        compareWithNewView(*m_view);
+    }
+
+    void anyMixOfAddingAndRemovingIsShown_data()
+    {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed = 1; seed <= 4; ++seed) {
+            QTest::addRow("seed %u", seed) << seed;
+        }
+    }
+
+    void anyMixOfAddingAndRemovingIsShown()
+    {
+        QFETCH(unsigned, seed);
+        std::mt19937 random(seed);
+        const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+        int next = 0;
+        for (int step = 0; step < 120; ++step) {
+            const int rows = m_model->rowCount();
+            if (rows == 0 || below(5) < 3) {
+                const int count = 1 + below(4);
+                addRows(*m_model, count, next);
+                next += count;
+            } else {
+                const int row = below(rows);
+                QVERIFY(m_model->removeRows(row, 1 + below(std::min(3, rows - row))));
+            }
+            if (below(3) == 0) {
+                compareWithNewView(*m_view);
+            }
+        }
+        while (m_model->rowCount() > 0) {
+            QVERIFY(m_model->removeRows(seed % 2 == 0 ? 0 : m_model->rowCount() - 1, 1));
+        }
+        compareWithNewView(*m_view);
+    }
+
+    void changesWhileHiddenAreShown()
+    {
+        fill(40);
+        m_view->hide();
+        QVERIFY(m_model->removeRows(0, 10));
+        addRows(*m_model, 3, 100);
+        m_view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
+        compareWithNewView(*m_view);
+    }
+
+    void twoViewsShowTheSame()
+    {
+        const auto second = shownView(*m_model);
+        QVERIFY(QTest::qWaitForWindowExposed(second.get()));
+        fill(5);
+        QVERIFY(m_model->removeRows(4, 1));
+        m_model->addEntry();
+        QVERIFY(m_model->removeRows(0, 1));
+        compareWithNewView(*m_view);
+        compareWithNewView(*second);
+    }
+
+    void aNewResourceIsShownByTheNextPaint()
+    {
+        fill(3);
+        m_view->selectRow(1);
+        m_model->setResource(QStringLiteral("USB0::1::2::3::INSTR"));
+        // setResource() emits no dataChanged; closing the dialog that found the resource repaints.
+        m_view->viewport()->update();
+        compareWithNewView(*m_view);
+    }
+
+    void aRemovalSelectsAnAdjacentRow_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("selected");
+        QTest::newRow("first") << 5 << 0 << 0;
+        QTest::newRow("middle") << 5 << 2 << 2;
+        // The announced range ends at the last row, so the row above is selected.
+        QTest::newRow("last but one") << 5 << 3 << 2;
+        QTest::newRow("last") << 5 << 4 << 3;
+        QTest::newRow("last of three") << 3 << 2 << 1;
+        // The announced range contains all rows, so none is selected.
+        QTest::newRow("first of two") << 2 << 0 << -1;
+        QTest::newRow("last of two") << 2 << 1 << -1;
+        QTest::newRow("only") << 1 << 0 << -1;
+    }
+
+    void aRemovalSelectsAnAdjacentRow()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, row);
+        QFETCH(int, selected);
+        fill(rows);
+        m_view->selectRow(row);
+        m_model->removeSelectedEntry();
+        finishLayout();
+        const QModelIndexList selection = m_view->selectionModel()->selectedRows();
+        QCOMPARE(selection.isEmpty() ? -1 : selection.first().row(), selected);
+        QCOMPARE(m_view->selectionModel()->hasSelection(), selected != -1);
+        QVERIFY(selected == -1 || m_view->currentIndex().row() == selected);
+    }
+
+    void selectionStaysWithItsEntry()
+    {
+        fill(30);
+        m_view->selectRow(20);
+        m_model->addEntry();
+        QVERIFY(m_model->removeRows(19, 1));
+        QVERIFY(m_model->removeRows(0, 3));
+        QVERIFY(m_model->removeRows(25, 1));
+        QCOMPARE(m_view->selectionModel()->selectedRows().size(), 1);
+        QCOMPARE(m_view->selectionModel()->selectedRows().first().data().toString(), resource(20));
+        QCOMPARE(m_view->currentIndex().data().toString(), resource(20));
+        m_model->removeSelectedEntry();
+        QVERIFY(!resources().contains(resource(20)));
+        QCOMPARE(m_model->rowCount(), 25);
+    }
+
+    void scrollPositionStays()
+    {
+        fill(100);
+        m_view->selectRow(40);
+        m_view->scrollTo(m_model->index(40, 0), QAbstractItemView::PositionAtCenter);
+        finishLayout();
+        const int position = m_view->verticalScrollBar()->value();
+        QVERIFY(position > 0);
+        m_model->addEntry();
+        finishLayout();
+        QCOMPARE(m_view->verticalScrollBar()->value(), position);
+        m_model->removeSelectedEntry();
+        finishLayout();
+        QCOMPARE(m_view->verticalScrollBar()->value(), position);
+        m_view->scrollToBottom();
+        QVERIFY(m_model->removeRows(98, 1));
+        finishLayout();
+        QCOMPARE(m_view->verticalScrollBar()->value(), m_view->verticalScrollBar()->maximum());
+    }
+
+    void persistentIndexesStayWithTheirEntries()
+    {
+        for (const auto& [row, count] :
+             {std::pair(0, 1), std::pair(4, 1), std::pair(3, 4), std::pair(8, 1), std::pair(9, 1),
+              std::pair(0, 10), std::pair(5, 0), std::pair(10, 0)}) {
+            m_model->removeRows(0, m_model->rowCount());
+            fill(10);
+            std::vector<QPersistentModelIndex> indexes;
+            for (int number = 0; number < 10; ++number) {
+                indexes.emplace_back(m_model->index(number, number % 2));
+            }
+            QVERIFY(m_model->removeRows(row, count));
+            for (int number = 0; number < 10; ++number) {
+                const QPersistentModelIndex& index = indexes[static_cast<std::size_t>(number)];
+                const bool isRemoved = number >= row && number < row + count;
+                QCOMPARE(index.isValid(), !isRemoved);
+                if (!isRemoved) {
+                    QCOMPARE(index.row(), number < row ? number : number - count);
+                    QCOMPARE(index.column(), number % 2);
+                }
             }
         }
     }
-}
 
-void TestModelViews::anEditorStaysWithItsEntry_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("count");
-    QTest::newRow("row above") << 3 << 1;
-    QTest::newRow("first row") << 0 << 1;
-    QTest::newRow("rows above") << 1 << 3;
-    QTest::newRow("row below") << 5 << 1;
-    QTest::newRow("last row") << 9 << 1;
-}
+    void anEditorStaysWithItsEntry_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("count");
+        QTest::newRow("row above") << 3 << 1;
+        QTest::newRow("first row") << 0 << 1;
+        QTest::newRow("rows above") << 1 << 3;
+        QTest::newRow("row below") << 5 << 1;
+        QTest::newRow("last row") << 9 << 1;
+    }
 
-void TestModelViews::anEditorStaysWithItsEntry()
-{
-    QFETCH(int, row);
-    QFETCH(int, count);
-    fill(10);
-    QStringList expected = resources();
-    expected[4] = QStringLiteral("typed");
-    expected.erase(expected.begin() + row, expected.begin() + row + count);
+    void anEditorStaysWithItsEntry()
+    {
+        QFETCH(int, row);
+        QFETCH(int, count);
+        fill(10);
+        QStringList expected = resources();
+        expected[4] = QStringLiteral("typed");
+        expected.erase(expected.begin() + row, expected.begin() + row + count);
 
-    m_view->setCurrentIndex(m_model->index(4, 0));
-    m_view->edit(m_model->index(4, 0));
-    QPointer<QLineEdit> editor = m_view->viewport()->findChild<QLineEdit*>();
-    QVERIFY(editor != nullptr);
-    QVERIFY(m_model->removeRows(row, count));
-    finishLayout();
-    QVERIFY(editor != nullptr);
-    editor->setText(QStringLiteral("typed"));
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_COMPARE(resources(), expected);
-    QTRY_VERIFY(editor == nullptr);
-}
+        m_view->setCurrentIndex(m_model->index(4, 0));
+        m_view->edit(m_model->index(4, 0));
+        QPointer<QLineEdit> editor = m_view->viewport()->findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        QVERIFY(m_model->removeRows(row, count));
+        finishLayout();
+        QVERIFY(editor != nullptr);
+        editor->setText(QStringLiteral("typed"));
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(resources(), expected);
+        QTRY_VERIFY(editor == nullptr);
+    }
 
-void TestModelViews::anEditorOfARemovedEntryIsClosed()
-{
-    fill(10);
-    QStringList expected = resources();
-    expected.removeAt(4);
-    m_view->setCurrentIndex(m_model->index(4, 0));
-    m_view->edit(m_model->index(4, 0));
-    QPointer<QLineEdit> editor = m_view->viewport()->findChild<QLineEdit*>();
-    QVERIFY(editor != nullptr);
-    editor->setText(QStringLiteral("typed"));
-    m_model->removeSelectedEntry();
-    QTRY_VERIFY(editor == nullptr);
-    QCOMPARE(resources(), expected);
-}
+    void anEditorOfARemovedEntryIsClosed()
+    {
+        fill(10);
+        QStringList expected = resources();
+        expected.removeAt(4);
+        m_view->setCurrentIndex(m_model->index(4, 0));
+        m_view->edit(m_model->index(4, 0));
+        QPointer<QLineEdit> editor = m_view->viewport()->findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        editor->setText(QStringLiteral("typed"));
+        m_model->removeSelectedEntry();
+        QTRY_VERIFY(editor == nullptr);
+        QCOMPARE(resources(), expected);
+    }
 
-void TestModelViews::theModelTesterReportsNothing()
-{
-    // Without adding and removing, whose refresh() ends one row and column too far.
-    m_configuration.write("one\ntwo\nA=three\n");
-    ConformingModel model(nullptr);
-    QCOMPARE(model.rowCount(), 3);
-    const QAbstractItemModelTester tester(&model,
-                                          QAbstractItemModelTester::FailureReportingMode::Warning);
-    QVERIFY(model.setData(model.index(0, 0), QStringLiteral("1")));
-    QVERIFY(model.setData(model.index(2, 1), QStringLiteral("B")));
-    emit model.dataChanged(model.index(0, 0), model.index(2, 1));
-    emit model.layoutAboutToBeChanged();
-    emit model.layoutChanged();
-    QCOMPARE(m_warnings->all(), QStringList());
-}
+    void theModelTesterReportsNothing()
+    {
+        // Without adding and removing, whose refresh() ends one row and column too far.
+        m_configuration.write("one\ntwo\nA=three\n");
+        ConformingModel model(nullptr);
+        QCOMPARE(model.rowCount(), 3);
+        const QAbstractItemModelTester tester(
+            &model, QAbstractItemModelTester::FailureReportingMode::Warning);
+        QVERIFY(model.setData(model.index(0, 0), QStringLiteral("1")));
+        QVERIFY(model.setData(model.index(2, 1), QStringLiteral("B")));
+        emit model.dataChanged(model.index(0, 0), model.index(2, 1));
+        emit model.layoutAboutToBeChanged();
+        emit model.layoutChanged();
+        QCOMPARE(m_warnings->all(), QStringList());
+    }
+
+private:
+    void fill(int count)
+    {
+        addRows(*m_model, count, 0);
+        finishLayout();
+        QCOMPARE(m_model->rowCount(), count);
+    }
+
+    QStringList resources() const
+    {
+        QStringList resources;
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            resources += m_model->data(m_model->index(row, 0)).toString();
+        }
+        return resources;
+    }
+
+    /// Fails unless the view looks like a new view of a new model with the same rows.
+    void compareWithNewView(QTableView& view) const
+    {
+        ConfigurationModel model(nullptr);
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            model.add(m_model->data(m_model->index(row, 0)).toString(),
+                      m_model->data(m_model->index(row, 1)).toString());
+        }
+        const auto expected = shownView(model);
+        QVERIFY(QTest::qWaitForWindowExposed(expected.get()));
+        finishLayout();
+        QCOMPARE(view.verticalHeader()->count(), m_model->rowCount());
+        QCOMPARE(view.verticalHeader()->length(), expected->verticalHeader()->length());
+        QCOMPARE(view.verticalScrollBar()->maximum(), expected->verticalScrollBar()->maximum());
+        if (view.currentIndex().isValid()) {
+            expected->setCurrentIndex(model.index(view.currentIndex().row(), 0));
+        }
+        expected->verticalScrollBar()->setValue(view.verticalScrollBar()->value());
+        const QImage actual = picture(view);
+        QVERIFY2(actual == picture(*expected),
+                 qPrintable(QStringLiteral("%1 rows look different from those of a new view")
+                                .arg(m_model->rowCount())));
+    }
+
+    support::ConfigurationFixture m_configuration;
+    std::optional<support::QtWarnings> m_warnings;
+    std::unique_ptr<ConfigurationModel> m_model;
+    std::unique_ptr<QTableView> m_view;
+};
 
 QTEST_MAIN(TestModelViews)
 #include "TestModelViews.moc"

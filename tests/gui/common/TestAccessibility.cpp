@@ -157,14 +157,89 @@ class TestAccessibility : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void everyControlOfTheMainWindowHasAName();
-    void cellEditorHasTheNameOfItsColumn();
-    void everyControlOfTheComposerHasAName();
-    void everyControlOfTheFindDialogHasAName();
-    void everyControlOfThePropertiesDialogHasAName();
-    void groupsAreNamedByTheirTitles();
-    void buttonNamesStartWithTheirTexts();
-    void namesDoNotRepeatLabels();
+    void everyControlOfTheMainWindowHasAName()
+    {
+        gui::MainWindow window(nullptr);
+        window.show();
+        // The table and seven buttons.
+        expectNames(window, 8);
+    }
+
+    void cellEditorHasTheNameOfItsColumn()
+    {
+        for (const int column : {0, 1}) {
+            gui::MainWindow window(nullptr);
+            window.show();
+            auto& table = support::child<QTableView>(window, "resourceView");
+            table.edit(table.model()->index(0, column));
+            auto* editor = table.viewport()->findChild<QLineEdit*>();
+            QVERIFY(editor != nullptr);
+            QCOMPARE(accessibleName(editor),
+                     QString::fromLatin1(column == 0 ? "Resource identifier" : "Alias"));
+        }
+    }
+
+    void everyControlOfTheComposerHasAName()
+    {
+        auto& types = support::child<QComboBox>(*m_composer, "IfcComboBox");
+        for (int type = 0; type < types.count(); ++type) {
+            types.setCurrentIndex(type);
+            // Ten line edits, the list of types, the search, OK and Cancel.
+            expectNames(*m_composer, 14);
+        }
+    }
+
+    void everyControlOfTheFindDialogHasAName()
+    {
+        gui::ResourceDialog dialog(nullptr);
+        dialog.show();
+        // The list, Refresh, Select and Cancel.
+        expectNames(dialog, 4);
+    }
+
+    void everyControlOfThePropertiesDialogHasAName()
+    {
+        // With the pages that this platform does not show.
+        auto& tabs = support::child<QTabWidget>(*m_properties, "tabWidget");
+        for (const char* page : {"tabConfMang", "tabGpibProperties"}) {
+            tabs.addTab(&support::child<QWidget>(*m_properties, page), QString::fromLatin1(page));
+            tabs.setCurrentIndex(tabs.count() - 1);
+        }
+        // The form's 21 inputs, OK and Cancel, and the buttons that scroll the tabs.
+        expectNames(*m_properties, 25);
+    }
+
+    void groupsAreNamedByTheirTitles()
+    {
+        const auto groups = inBothDialogs<QGroupBox>();
+        QCOMPARE(groups.size(), 8);
+        for (QGroupBox* group : groups) {
+            QCOMPARE(accessibleName(group), group->title());
+        }
+    }
+
+    /// Voice control finds a button by its text.
+    void buttonNamesStartWithTheirTexts()
+    {
+        for (const char* name : {"btnDefaultOs", "btnDefaultQv"}) {
+            auto& button = support::child<QPushButton>(*m_properties, name);
+            QVERIFY(accessibleName(&button).startsWith(button.text()));
+        }
+    }
+
+    /// A label with a buddy names the buddy; a name of its own would be read as well.
+    void namesDoNotRepeatLabels()
+    {
+        int buddies = 0;
+        for (const QLabel* label : inBothDialogs<QLabel>()) {
+            if (label->buddy() != nullptr) {
+                ++buddies;
+                QVERIFY2(label->buddy()->accessibleName() != label->text(),
+                         qPrintable(label->text()));
+            }
+        }
+        QCOMPARE(buddies, 23);
+    }
 
 private:
     void setUp() override
@@ -199,88 +274,5 @@ private:
     std::unique_ptr<gui::RsrcStringEditor> m_composer;
 };
 
-void TestAccessibility::everyControlOfTheMainWindowHasAName()
-{
-    gui::MainWindow window(nullptr);
-    window.show();
-    // The table and seven buttons.
-    expectNames(window, 8);
-}
-
-void TestAccessibility::cellEditorHasTheNameOfItsColumn()
-{
-    for (const int column : {0, 1}) {
-        gui::MainWindow window(nullptr);
-        window.show();
-        auto& table = support::child<QTableView>(window, "resourceView");
-        table.edit(table.model()->index(0, column));
-        auto* editor = table.viewport()->findChild<QLineEdit*>();
-        QVERIFY(editor != nullptr);
-        QCOMPARE(accessibleName(editor),
-                 QString::fromLatin1(column == 0 ? "Resource identifier" : "Alias"));
-    }
-}
-
-void TestAccessibility::everyControlOfTheComposerHasAName()
-{
-    auto& types = support::child<QComboBox>(*m_composer, "IfcComboBox");
-    for (int type = 0; type < types.count(); ++type) {
-        types.setCurrentIndex(type);
-        // Ten line edits, the list of types, the search, OK and Cancel.
-        expectNames(*m_composer, 14);
-    }
-}
-
-void TestAccessibility::everyControlOfTheFindDialogHasAName()
-{
-    gui::ResourceDialog dialog(nullptr);
-    dialog.show();
-    // The list, Refresh, Select and Cancel.
-    expectNames(dialog, 4);
-}
-
-void TestAccessibility::everyControlOfThePropertiesDialogHasAName()
-{
-    // With the pages that this platform does not show.
-    auto& tabs = support::child<QTabWidget>(*m_properties, "tabWidget");
-    for (const char* page : {"tabConfMang", "tabGpibProperties"}) {
-        tabs.addTab(&support::child<QWidget>(*m_properties, page), QString::fromLatin1(page));
-        tabs.setCurrentIndex(tabs.count() - 1);
-    }
-    // The form's 21 inputs, OK and Cancel, and the buttons that scroll the tabs.
-    expectNames(*m_properties, 25);
-}
-
-void TestAccessibility::groupsAreNamedByTheirTitles()
-{
-    const auto groups = inBothDialogs<QGroupBox>();
-    QCOMPARE(groups.size(), 8);
-    for (QGroupBox* group : groups) {
-        QCOMPARE(accessibleName(group), group->title());
-    }
-}
-
-/// Voice control finds a button by its text.
-void TestAccessibility::buttonNamesStartWithTheirTexts()
-{
-    for (const char* name : {"btnDefaultOs", "btnDefaultQv"}) {
-        auto& button = support::child<QPushButton>(*m_properties, name);
-        QVERIFY(accessibleName(&button).startsWith(button.text()));
-    }
-}
-
-/// A label with a buddy names the buddy; a name of its own would be read as well.
-void TestAccessibility::namesDoNotRepeatLabels()
-{
-    int buddies = 0;
-    for (const QLabel* label : inBothDialogs<QLabel>()) {
-        if (label->buddy() != nullptr) {
-            ++buddies;
-            QVERIFY2(label->buddy()->accessibleName() != label->text(), qPrintable(label->text()));
-        }
-    }
-    QCOMPARE(buddies, 23);
-}
-
-static const guitest::Registration<TestAccessibility> s_registration;
+static const guitest::Registration<TestAccessibility> s_registerAccessibility;
 #include "TestAccessibility.moc"

@@ -206,10 +206,49 @@ class TestLibraryFaults : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void oneFault_data();
-    void oneFault();
-    void twoFaults_data();
-    void twoFaults();
+    void oneFault_data()
+    {
+        QTest::addColumn<int>("fault");
+        int index = 0;
+        for (const Fault& fault : s_faults) {
+            QTest::newRow(fault.name) << index++;
+        }
+    }
+
+    void oneFault()
+    {
+        QFETCH(const int, fault);
+        Library library;
+        s_faults[fault].addTo(library);
+        // A prediction for two faults is worth nothing if it is wrong for one.
+        QCOMPARE(library.allResources().join(QLatin1Char(' ')),
+                 QString::fromUtf8(s_faults[fault].allResources));
+        QCOMPARE(library.serialPorts().join(QLatin1Char(' ')),
+                 QString::fromUtf8(s_faults[fault].serialPorts));
+        search(library);
+    }
+
+    void twoFaults_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("second");
+        for (int first = 0; first < int(std::size(s_faults)); ++first) {
+            for (int second = first + 1; second < int(std::size(s_faults)); ++second) {
+                QTest::addRow("%s, %s", s_faults[first].name, s_faults[second].name)
+                    << first << second;
+            }
+        }
+    }
+
+    void twoFaults()
+    {
+        QFETCH(const int, first);
+        QFETCH(const int, second);
+        Library library;
+        s_faults[first].addTo(library);
+        s_faults[second].addTo(library);
+        search(library);
+    }
 
 private:
     void search(const Library& library)
@@ -224,48 +263,5 @@ private:
     }
 };
 
-void TestLibraryFaults::oneFault_data()
-{
-    QTest::addColumn<int>("fault");
-    int index = 0;
-    for (const Fault& fault : s_faults) {
-        QTest::newRow(fault.name) << index++;
-    }
-}
-
-void TestLibraryFaults::oneFault()
-{
-    QFETCH(const int, fault);
-    Library library;
-    s_faults[fault].addTo(library);
-    // A prediction for two faults is worth nothing if it is wrong for one.
-    QCOMPARE(library.allResources().join(QLatin1Char(' ')),
-             QString::fromUtf8(s_faults[fault].allResources));
-    QCOMPARE(library.serialPorts().join(QLatin1Char(' ')),
-             QString::fromUtf8(s_faults[fault].serialPorts));
-    search(library);
-}
-
-void TestLibraryFaults::twoFaults_data()
-{
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("second");
-    for (int first = 0; first < int(std::size(s_faults)); ++first) {
-        for (int second = first + 1; second < int(std::size(s_faults)); ++second) {
-            QTest::addRow("%s, %s", s_faults[first].name, s_faults[second].name) << first << second;
-        }
-    }
-}
-
-void TestLibraryFaults::twoFaults()
-{
-    QFETCH(const int, first);
-    QFETCH(const int, second);
-    Library library;
-    s_faults[first].addTo(library);
-    s_faults[second].addTo(library);
-    search(library);
-}
-
-static const guitest::Registration<TestLibraryFaults> s_registration;
+static const guitest::Registration<TestLibraryFaults> s_registerLibraryFaults;
 #include "TestLibraryFaults.moc"

@@ -53,42 +53,41 @@ class TestTranslation : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void onlyFormsAreContexts();
+    void onlyFormsAreContexts()
+    {
+        const LoggingTranslator translator;
+        configuration().write("A=ASRL1::INSTR\n");
+        bench().write("resource ASRL1::INSTR\n");
+        {
+            gui::MainWindow window(nullptr);
+            window.show();
+            auto& table = support::child<QTableView>(window, "resourceView");
+            emit table.customContextMenuRequested(
+                table.visualRect(table.model()->index(0, 0)).center());
+            QVERIFY(QApplication::activePopupWidget() != nullptr);
+            QApplication::activePopupWidget()->close();
+            table.model()->removeRow(0);
+            const support::ModalAnswer<QMessageBox> answer([](QMessageBox& box) { box.reject(); });
+            window.close();
+            QVERIFY(answer.wasShown());
+        }
+        gui::ResourceDialog find(nullptr);
+        find.show();
+        find.refreshList();
+        gui::RsrcStringEditor composer(nullptr);
+        auto& interfaces = support::child<QComboBox>(composer, "IfcComboBox");
+        for (int type = 0; type < interfaces.count(); ++type) {
+            interfaces.setCurrentIndex(type);
+        }
+        ConfigurationModel model(nullptr);
+        gui::PropertyDialog properties(model, nullptr);
+        properties.addDevice();
+        QCOMPARE(
+            translator.contexts(),
+            QStringList({QStringLiteral("MainWindow"), QStringLiteral("PropertyDialog"),
+                         QStringLiteral("ResourceDialog"), QStringLiteral("RsrcStringEditor")}));
+    }
 };
 
-void TestTranslation::onlyFormsAreContexts()
-{
-    const LoggingTranslator translator;
-    configuration().write("A=ASRL1::INSTR\n");
-    bench().write("resource ASRL1::INSTR\n");
-    {
-        gui::MainWindow window(nullptr);
-        window.show();
-        auto& table = support::child<QTableView>(window, "resourceView");
-        emit table.customContextMenuRequested(
-            table.visualRect(table.model()->index(0, 0)).center());
-        QVERIFY(QApplication::activePopupWidget() != nullptr);
-        QApplication::activePopupWidget()->close();
-        table.model()->removeRow(0);
-        const support::ModalAnswer<QMessageBox> answer([](QMessageBox& box) { box.reject(); });
-        window.close();
-        QVERIFY(answer.wasShown());
-    }
-    gui::ResourceDialog find(nullptr);
-    find.show();
-    find.refreshList();
-    gui::RsrcStringEditor composer(nullptr);
-    auto& interfaces = support::child<QComboBox>(composer, "IfcComboBox");
-    for (int type = 0; type < interfaces.count(); ++type) {
-        interfaces.setCurrentIndex(type);
-    }
-    ConfigurationModel model(nullptr);
-    gui::PropertyDialog properties(model, nullptr);
-    properties.addDevice();
-    QCOMPARE(translator.contexts(),
-             QStringList({QStringLiteral("MainWindow"), QStringLiteral("PropertyDialog"),
-                          QStringLiteral("ResourceDialog"), QStringLiteral("RsrcStringEditor")}));
-}
-
-static const guitest::Registration<TestTranslation> s_registration;
+static const guitest::Registration<TestTranslation> s_registerTranslation;
 #include "TestTranslation.moc"

@@ -15,23 +15,230 @@ class TestWindowSettings : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void withoutSettingsCentresTheWindow_data();
-    void withoutSettingsCentresTheWindow();
-    void saveWritesTheseKeysInEachGroup();
-    void eachKeyIsAppliedAlone();
-    void sizeAndPositionAreNotClamped_data();
-    void sizeAndPositionAreNotClamped();
+    void withoutSettingsCentresTheWindow_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("even") << QSize(320, 210);
+        QTest::newRow("odd") << QSize(321, 211);
+        QTest::newRow("larger than the screen") << QSize(1000, 900);
+    }
+
+    void withoutSettingsCentresTheWindow()
+    {
+        QFETCH(const QSize, size);
+        // Of another group.
+        WindowSettings(QStringLiteral("Other")).save(*newWindow());
+        QWidget window;
+        window.setGeometry(13, 17, size.width(), size.height());
+        WindowSettings(s_group).restore(window);
+        QCOMPARE(window.geometry(), guitest::centred(size));
+        QVERIFY(!window.isVisible());
+        QVERIFY(!window.isMaximized());
+        QVERIFY(!stored("size").isValid());
+    }
+
+    void saveWritesTheseKeysInEachGroup()
+    {
+        const auto window = newWindow();
+        window->move(5, 6);
+        const QTabWidget tabs;
+        WindowSettings(QStringLiteral("One")).save(*window);
+        WindowSettings(QStringLiteral("Two"), WindowSettings::Maximised::NotKept).save(*window);
+        WindowSettings(QStringLiteral("Three")).save(*window, &tabs);
+        WindowSettings(QStringLiteral("One")).save(*window);
+        QCOMPARE(settingsFile(), QStringLiteral("[One]\n"
+                                                "fullscreen=false\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"
+                                                "\n"
+                                                "[Three]\n"
+                                                "fullscreen=false\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"
+                                                "tabindex=-1\n"
+                                                "\n"
+                                                "[Two]\n"
+                                                "pos=@Point(5 6)\n"
+                                                "size=@Size(320 210)\n"));
+    }
+
+    void eachKeyIsAppliedAlone()
+    {
+        store("size", QSize(100, 90));
+        // Centred at its own size, then resized.
+        QCOMPARE(restoredWindow()->geometry(),
+                 QRect(guitest::centred(QSize(320, 210)).topLeft(), QSize(100, 90)));
+        QSettings().clear();
+        store("pos", QPoint(3, 4));
+        QCOMPARE(restoredWindow()->geometry(), QRect(3, 4, 320, 210));
+    }
+
+    void sizeAndPositionAreNotClamped_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("position");
+        QTest::newRow("on the screen") << QSize(345, 234) << QPoint(56, 78);
+        QTest::newRow("left of the screen") << QSize(320, 210) << QPoint(-5000, 10);
+        QTest::newRow("above the screen") << QSize(320, 210) << QPoint(10, -5000);
+        QTest::newRow("far right and below") << QSize(320, 210) << QPoint(40000, 50000);
+        QTest::newRow("larger than the screen") << QSize(5000, 4000) << QPoint(0, 0);
+        QTest::newRow("one pixel") << QSize(1, 1) << QPoint(10, 10);
+    }
+
+    void sizeAndPositionAreNotClamped()
+    {
+        QFETCH(const QSize, size);
+        QFETCH(const QPoint, position);
+        const auto saved = newWindow();
+        saved->resize(size);
+        saved->move(position);
+        WindowSettings(s_group).save(*saved);
+        const auto window = restoredWindow();
+        QCOMPARE(window->size(), size);
+        QCOMPARE(window->pos(), position);
+        QVERIFY(!window->isVisible());
+    }
+
     void valuesOfOtherTypesAreConverted_data() { guitest::addValuesOfOtherTypes(); }
-    void valuesOfOtherTypesAreConverted();
-    void maximisedWindowIsShownMaximised();
-    void fullScreenIsNotMaximised();
-    void missingStateKeepsTheState();
-    void stateIsReadAsAFlag_data();
-    void stateIsReadAsAFlag();
-    void stateIsLeftOutWhereItIsNotKept();
-    void storedTabIsOpened_data();
-    void storedTabIsOpened();
-    void currentTabIsSaved();
+    void valuesOfOtherTypesAreConverted()
+    {
+        QFETCH(const QVariant, value);
+        for (const char* key : {"size", "pos", "fullscreen", "tabindex"}) {
+            store(key, value);
+        }
+        const auto window = newWindow();
+        window->setMinimumSize(50, 40);
+        const auto tabs = newTabs(1);
+        WindowSettings(s_group).restore(*window, tabs.get());
+        // Qt converts a value without a size to an invalid size, and one without a position to 0,0.
+        QCOMPARE(window->size(), QSize(50, 40));
+        QCOMPARE(window->pos(), value.toPoint());
+        window->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        WindowSettings(s_group).save(*window, tabs.get());
+        QCOMPARE(stored("size").toSize(), window->size());
+        QCOMPARE(stored("tabindex").toInt(), tabs->currentIndex());
+    }
+
+    void maximisedWindowIsShownMaximised()
+    {
+        const auto first = newWindow();
+        first->showMaximized();
+        QVERIFY(QTest::qWaitForWindowExposed(first.get()));
+        WindowSettings(s_group).save(*first);
+        QCOMPARE(stored("size").toSize(), first->size());
+        QVERIFY(first->size() != QSize(320, 210));
+
+        const auto second = restoredWindow();
+        QVERIFY(second->isVisible());
+        QVERIFY(second->isMaximized());
+        second->showNormal();
+        WindowSettings(s_group).save(*second);
+        const auto third = restoredWindow();
+        QVERIFY(!third->isVisible());
+        QVERIFY(!third->isMaximized());
+    }
+
+    void fullScreenIsNotMaximised()
+    {
+        const auto window = newWindow();
+        window->showFullScreen();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        WindowSettings(s_group).save(*window);
+        QCOMPARE(stored("fullscreen").toBool(), false);
+    }
+
+    void missingStateKeepsTheState()
+    {
+        const auto window = newWindow();
+        window->setWindowState(Qt::WindowMaximized);
+        WindowSettings(s_group).restore(*window);
+        QVERIFY(window->isVisible());
+        QVERIFY(window->isMaximized());
+    }
+
+    void stateIsReadAsAFlag_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("maximised");
+        QTest::newRow("true") << QVariant(true) << true;
+        QTest::newRow("false") << QVariant(false) << false;
+        QTest::newRow("1") << QVariant(1) << true;
+        QTest::newRow("0") << QVariant(0) << false;
+        QTest::newRow("text TRUE") << QVariant(QStringLiteral("TRUE")) << true;
+        QTest::newRow("text 0") << QVariant(QStringLiteral("0")) << false;
+        QTest::newRow("empty") << QVariant(QString()) << false;
+        QTest::newRow("size") << QVariant(QSize(1, 1)) << false;
+        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")})
+                              << false;
+    }
+
+    void stateIsReadAsAFlag()
+    {
+        QFETCH(const QVariant, value);
+        QFETCH(const bool, maximised);
+        store("fullscreen", value);
+        const auto window = restoredWindow();
+        QCOMPARE(window->isMaximized(), maximised);
+        QCOMPARE(window->isVisible(), maximised);
+    }
+
+    void stateIsLeftOutWhereItIsNotKept()
+    {
+        const WindowSettings settings(s_group, WindowSettings::Maximised::NotKept);
+        store("fullscreen", true);
+        const auto window = newWindow();
+        settings.restore(*window);
+        QVERIFY(!window->isMaximized());
+        QVERIFY(!window->isVisible());
+        QSettings().clear();
+        window->showMaximized();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        settings.save(*window);
+        QVERIFY(!stored("fullscreen").isValid());
+        QCOMPARE(stored("size").toSize(), window->size());
+    }
+
+    void storedTabIsOpened_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("none") << QVariant() << 0;
+        QTest::newRow("second") << QVariant(1) << 1;
+        QTest::newRow("last") << QVariant(3) << 3;
+        QTest::newRow("text") << QVariant(QStringLiteral("2")) << 2;
+        QTest::newRow("no number") << QVariant(QStringLiteral("two")) << 0;
+        QTest::newRow("size") << QVariant(QSize(1, 1)) << 0;
+        // The current tab stays.
+        QTest::newRow("past the last") << QVariant(4) << 2;
+        QTest::newRow("negative") << QVariant(-1) << 2;
+    }
+
+    void storedTabIsOpened()
+    {
+        QFETCH(const QVariant, value);
+        if (value.isValid()) {
+            store("tabindex", value);
+        }
+        const auto tabs = newTabs(2);
+        WindowSettings(s_group).restore(*newWindow(), tabs.get());
+        QTEST(tabs->currentIndex(), "expected");
+    }
+
+    void currentTabIsSaved()
+    {
+        const auto window = newWindow();
+        const auto tabs = newTabs(3);
+        // The index counts the tabs that are left.
+        tabs->removeTab(0);
+        tabs->removeTab(0);
+        WindowSettings(s_group).save(*window, tabs.get());
+        QCOMPARE(stored("tabindex").toInt(), 1);
+        // Without tabs, the index stays.
+        WindowSettings(s_group).restore(*window);
+        WindowSettings(s_group).save(*window);
+        QCOMPARE(stored("tabindex").toInt(), 1);
+    }
 
 private:
     static std::unique_ptr<QWidget> newWindow()
@@ -67,229 +274,5 @@ private:
 
 const QString TestWindowSettings::s_group = QStringLiteral("Group");
 
-void TestWindowSettings::withoutSettingsCentresTheWindow_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("even") << QSize(320, 210);
-    QTest::newRow("odd") << QSize(321, 211);
-    QTest::newRow("larger than the screen") << QSize(1000, 900);
-}
-
-void TestWindowSettings::withoutSettingsCentresTheWindow()
-{
-    QFETCH(const QSize, size);
-    // Of another group.
-    WindowSettings(QStringLiteral("Other")).save(*newWindow());
-    QWidget window;
-    window.setGeometry(13, 17, size.width(), size.height());
-    WindowSettings(s_group).restore(window);
-    QCOMPARE(window.geometry(), guitest::centred(size));
-    QVERIFY(!window.isVisible());
-    QVERIFY(!window.isMaximized());
-    QVERIFY(!stored("size").isValid());
-}
-
-void TestWindowSettings::saveWritesTheseKeysInEachGroup()
-{
-    const auto window = newWindow();
-    window->move(5, 6);
-    const QTabWidget tabs;
-    WindowSettings(QStringLiteral("One")).save(*window);
-    WindowSettings(QStringLiteral("Two"), WindowSettings::Maximised::NotKept).save(*window);
-    WindowSettings(QStringLiteral("Three")).save(*window, &tabs);
-    WindowSettings(QStringLiteral("One")).save(*window);
-    QCOMPARE(settingsFile(), QStringLiteral("[One]\n"
-                                            "fullscreen=false\n"
-                                            "pos=@Point(5 6)\n"
-                                            "size=@Size(320 210)\n"
-                                            "\n"
-                                            "[Three]\n"
-                                            "fullscreen=false\n"
-                                            "pos=@Point(5 6)\n"
-                                            "size=@Size(320 210)\n"
-                                            "tabindex=-1\n"
-                                            "\n"
-                                            "[Two]\n"
-                                            "pos=@Point(5 6)\n"
-                                            "size=@Size(320 210)\n"));
-}
-
-void TestWindowSettings::eachKeyIsAppliedAlone()
-{
-    store("size", QSize(100, 90));
-    // Centred at its own size, then resized.
-    QCOMPARE(restoredWindow()->geometry(),
-             QRect(guitest::centred(QSize(320, 210)).topLeft(), QSize(100, 90)));
-    QSettings().clear();
-    store("pos", QPoint(3, 4));
-    QCOMPARE(restoredWindow()->geometry(), QRect(3, 4, 320, 210));
-}
-
-void TestWindowSettings::sizeAndPositionAreNotClamped_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("position");
-    QTest::newRow("on the screen") << QSize(345, 234) << QPoint(56, 78);
-    QTest::newRow("left of the screen") << QSize(320, 210) << QPoint(-5000, 10);
-    QTest::newRow("above the screen") << QSize(320, 210) << QPoint(10, -5000);
-    QTest::newRow("far right and below") << QSize(320, 210) << QPoint(40000, 50000);
-    QTest::newRow("larger than the screen") << QSize(5000, 4000) << QPoint(0, 0);
-    QTest::newRow("one pixel") << QSize(1, 1) << QPoint(10, 10);
-}
-
-void TestWindowSettings::sizeAndPositionAreNotClamped()
-{
-    QFETCH(const QSize, size);
-    QFETCH(const QPoint, position);
-    const auto saved = newWindow();
-    saved->resize(size);
-    saved->move(position);
-    WindowSettings(s_group).save(*saved);
-    const auto window = restoredWindow();
-    QCOMPARE(window->size(), size);
-    QCOMPARE(window->pos(), position);
-    QVERIFY(!window->isVisible());
-}
-
-void TestWindowSettings::valuesOfOtherTypesAreConverted()
-{
-    QFETCH(const QVariant, value);
-    for (const char* key : {"size", "pos", "fullscreen", "tabindex"}) {
-        store(key, value);
-    }
-    const auto window = newWindow();
-    window->setMinimumSize(50, 40);
-    const auto tabs = newTabs(1);
-    WindowSettings(s_group).restore(*window, tabs.get());
-    // Qt converts a value without a size to an invalid size, and one without a position to 0,0.
-    QCOMPARE(window->size(), QSize(50, 40));
-    QCOMPARE(window->pos(), value.toPoint());
-    window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    WindowSettings(s_group).save(*window, tabs.get());
-    QCOMPARE(stored("size").toSize(), window->size());
-    QCOMPARE(stored("tabindex").toInt(), tabs->currentIndex());
-}
-
-void TestWindowSettings::maximisedWindowIsShownMaximised()
-{
-    const auto first = newWindow();
-    first->showMaximized();
-    QVERIFY(QTest::qWaitForWindowExposed(first.get()));
-    WindowSettings(s_group).save(*first);
-    QCOMPARE(stored("size").toSize(), first->size());
-    QVERIFY(first->size() != QSize(320, 210));
-
-    const auto second = restoredWindow();
-    QVERIFY(second->isVisible());
-    QVERIFY(second->isMaximized());
-    second->showNormal();
-    WindowSettings(s_group).save(*second);
-    const auto third = restoredWindow();
-    QVERIFY(!third->isVisible());
-    QVERIFY(!third->isMaximized());
-}
-
-void TestWindowSettings::fullScreenIsNotMaximised()
-{
-    const auto window = newWindow();
-    window->showFullScreen();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    WindowSettings(s_group).save(*window);
-    QCOMPARE(stored("fullscreen").toBool(), false);
-}
-
-void TestWindowSettings::missingStateKeepsTheState()
-{
-    const auto window = newWindow();
-    window->setWindowState(Qt::WindowMaximized);
-    WindowSettings(s_group).restore(*window);
-    QVERIFY(window->isVisible());
-    QVERIFY(window->isMaximized());
-}
-
-void TestWindowSettings::stateIsReadAsAFlag_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("maximised");
-    QTest::newRow("true") << QVariant(true) << true;
-    QTest::newRow("false") << QVariant(false) << false;
-    QTest::newRow("1") << QVariant(1) << true;
-    QTest::newRow("0") << QVariant(0) << false;
-    QTest::newRow("text TRUE") << QVariant(QStringLiteral("TRUE")) << true;
-    QTest::newRow("text 0") << QVariant(QStringLiteral("0")) << false;
-    QTest::newRow("empty") << QVariant(QString()) << false;
-    QTest::newRow("size") << QVariant(QSize(1, 1)) << false;
-    QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")})
-                          << false;
-}
-
-void TestWindowSettings::stateIsReadAsAFlag()
-{
-    QFETCH(const QVariant, value);
-    QFETCH(const bool, maximised);
-    store("fullscreen", value);
-    const auto window = restoredWindow();
-    QCOMPARE(window->isMaximized(), maximised);
-    QCOMPARE(window->isVisible(), maximised);
-}
-
-void TestWindowSettings::stateIsLeftOutWhereItIsNotKept()
-{
-    const WindowSettings settings(s_group, WindowSettings::Maximised::NotKept);
-    store("fullscreen", true);
-    const auto window = newWindow();
-    settings.restore(*window);
-    QVERIFY(!window->isMaximized());
-    QVERIFY(!window->isVisible());
-    QSettings().clear();
-    window->showMaximized();
-    QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-    settings.save(*window);
-    QVERIFY(!stored("fullscreen").isValid());
-    QCOMPARE(stored("size").toSize(), window->size());
-}
-
-void TestWindowSettings::storedTabIsOpened_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("none") << QVariant() << 0;
-    QTest::newRow("second") << QVariant(1) << 1;
-    QTest::newRow("last") << QVariant(3) << 3;
-    QTest::newRow("text") << QVariant(QStringLiteral("2")) << 2;
-    QTest::newRow("no number") << QVariant(QStringLiteral("two")) << 0;
-    QTest::newRow("size") << QVariant(QSize(1, 1)) << 0;
-    // The current tab stays.
-    QTest::newRow("past the last") << QVariant(4) << 2;
-    QTest::newRow("negative") << QVariant(-1) << 2;
-}
-
-void TestWindowSettings::storedTabIsOpened()
-{
-    QFETCH(const QVariant, value);
-    if (value.isValid()) {
-        store("tabindex", value);
-    }
-    const auto tabs = newTabs(2);
-    WindowSettings(s_group).restore(*newWindow(), tabs.get());
-    QTEST(tabs->currentIndex(), "expected");
-}
-
-void TestWindowSettings::currentTabIsSaved()
-{
-    const auto window = newWindow();
-    const auto tabs = newTabs(3);
-    // The index counts the tabs that are left.
-    tabs->removeTab(0);
-    tabs->removeTab(0);
-    WindowSettings(s_group).save(*window, tabs.get());
-    QCOMPARE(stored("tabindex").toInt(), 1);
-    // Without tabs, the index stays.
-    WindowSettings(s_group).restore(*window);
-    WindowSettings(s_group).save(*window);
-    QCOMPARE(stored("tabindex").toInt(), 1);
-}
-
-static const guitest::Registration<TestWindowSettings> s_registration;
+static const guitest::Registration<TestWindowSettings> s_registerWindowSettings;
 #include "TestWindowSettings.moc"

@@ -9,22 +9,198 @@ class TestActions : public guitest::MainWindowTest
     Q_OBJECT
 
 private slots:
-    void tableShowsTheEntriesOfTheFile();
-    void cellEditIsCleanedAndEscapeDiscardsIt();
-    void removeRemovesTheSelectedRow();
-    void removeWithoutSelectionDoesNothing();
-    void saveWritesTheFileOnce();
-    void saveIsEnabledWhileTheModelIsDirty();
-    void findAndEditAreEnabledWithASelection();
-    void findAndEditAfterARemoval_data();
-    void findAndEditAfterARemoval();
-    void refreshButtonStatusFollowsTheSelection();
+    void tableShowsTheEntriesOfTheFile()
+    {
+        QCOMPARE(rows(), QStringLiteral("GPIB0::1::INSTR> | GPIB0::2::INSTR> | ASRL1::INSTR>DMM"));
+        QVERIFY(!model().isDirty());
+        QVERIFY(!table().selectionModel()->hasSelection());
+    }
 
-    void menuBelowTheRowsHoldsAddAlone();
-    void menuOnARowHoldsAllRowActions();
-    void menuActionIsTriggeredByKeys();
-    void newMenuReplacesTheFormer();
-    void rightClickSelectsTheRowOfTheMenu();
+    void cellEditIsCleanedAndEscapeDiscardsIt()
+    {
+        editCell(1, 1, " my dev:1 #x ");
+        QCOMPARE(text(1, 1), QStringLiteral("my_dev1_x"));
+        editCell(1, 0, " my dev:1 #x ");
+        QCOMPARE(text(1, 0), QStringLiteral("my_dev:1_x"));
+        typeIntoCell(0, 0, "other");
+        endCellEdit(Qt::Key_Escape);
+        QCOMPARE(text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
+    }
+
+    void removeRemovesTheSelectedRow()
+    {
+        clickCell(1, 0);
+        click("actionRemove_resource");
+        QCOMPARE(rows(), QStringLiteral("GPIB0::1::INSTR> | ASRL1::INSTR>DMM"));
+        QVERIFY(isEnabled("actionSave"));
+    }
+
+    void removeWithoutSelectionDoesNothing()
+    {
+        QVERIFY(isEnabled("actionRemove_resource"));
+        click("actionRemove_resource");
+        QCOMPARE(model().rowCount(), 3);
+        QVERIFY(!isEnabled("actionSave"));
+    }
+
+    void saveWritesTheFileOnce()
+    {
+        start("b\nA=ASRL1::INSTR\n");
+        editCell(0, 0, "c");
+        click("actionSave");
+        QCOMPARE(configuration().read(), file(":Provider=3674\nc\nA=ASRL1::INSTR\n"));
+        QVERIFY(!model().isDirty());
+        // The button is disabled now.
+        configuration().write("d\n");
+        click("actionSave");
+        QCOMPARE(configuration().read(), file("d\n"));
+    }
+
+    void saveIsEnabledWhileTheModelIsDirty()
+    {
+        QVERIFY(!isEnabled("actionSave"));
+        editCell(0, 1, "x");
+        QVERIFY(isEnabled("actionSave"));
+        click("actionSave");
+        QVERIFY(!isEnabled("actionSave"));
+        // The same text again is no change.
+        editCell(0, 1, "x");
+        QVERIFY(!isEnabled("actionSave"));
+        click("actionRemove_resource");
+        QVERIFY(isEnabled("actionSave"));
+        QCOMPARE(window().windowTitle(),
+                 QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
+        model().setDirty(false);
+        QVERIFY(!isEnabled("actionSave"));
+    }
+
+    void findAndEditAreEnabledWithASelection()
+    {
+        const auto areBoth = [this](bool enabled) {
+            return isEnabled("actionFind") == enabled && isEnabled("actionEdit") == enabled;
+        };
+        QVERIFY(areBoth(false));
+        clickCell(1, 0);
+        QVERIFY(areBoth(true));
+        clickCell(2, 1);
+        QVERIFY(areBoth(true));
+        table().clearSelection();
+        QVERIFY(areBoth(false));
+        QTest::keyClick(table().viewport(), Qt::Key_Up);
+        QVERIFY(areBoth(true));
+        const QModelIndex current = table().currentIndex();
+        clickCell(current.row(), current.column(), Qt::ControlModifier);
+        QVERIFY(!table().selectionModel()->hasSelection());
+        QVERIFY(areBoth(false));
+    }
+
+    void findAndEditAfterARemoval_data()
+    {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("enabled");
+        QTest::newRow("first of three") << 3 << 0 << true;
+        QTest::newRow("second of three") << 3 << 1 << true;
+        QTest::newRow("last of three") << 3 << 2 << true;
+        QTest::newRow("first of two") << 2 << 0 << false;
+        QTest::newRow("last of two") << 2 << 1 << false;
+        QTest::newRow("only row") << 1 << 0 << false;
+    }
+
+    void findAndEditAfterARemoval()
+    {
+        QFETCH(int, rows);
+        QFETCH(int, row);
+        QFETCH(bool, enabled);
+        start(std::string_view("a\nb\nc\n").substr(0, std::size_t(rows) * 2));
+        clickCell(row, 0);
+        click("actionRemove_resource");
+        QCOMPARE(model().rowCount(), rows - 1);
+        QCOMPARE(table().selectionModel()->hasSelection(), enabled);
+        QCOMPARE(isEnabled("actionFind"), enabled);
+        QCOMPARE(isEnabled("actionEdit"), enabled);
+    }
+
+    /// The slot has no connection.
+    void refreshButtonStatusFollowsTheSelection()
+    {
+        for (const bool selected : {false, true}) {
+            if (selected) {
+                clickCell(0, 0);
+            }
+            action("actionFind").setEnabled(!selected);
+            action("actionEdit").setEnabled(!selected);
+            QVERIFY(QMetaObject::invokeMethod(&window(), "refreshButtonStatus"));
+            QCOMPARE(isEnabled("actionFind"), selected);
+            QCOMPARE(isEnabled("actionEdit"), selected);
+        }
+    }
+
+    void menuBelowTheRowsHoldsAddAlone()
+    {
+        clickCell(0, 0);
+        const QPointer<QMenu> menu = openMenu(belowTheRows());
+        QVERIFY(menu != nullptr);
+        QCOMPARE(menu->actions(), QList<QAction*>{&action("actionAdd_Resource")});
+        start("");
+        const QPointer<QMenu> menuWithoutRows = openMenu(QPoint(5, 5));
+        QVERIFY(menuWithoutRows != nullptr);
+        QCOMPARE(menuWithoutRows->actions(), QList<QAction*>{&action("actionAdd_Resource")});
+    }
+
+    void menuOnARowHoldsAllRowActions()
+    {
+        for (const int row : {0, 1, 2}) {
+            const QRect cell = table().visualRect(model().index(row, row % 2));
+            // At the left, where the screen has room for the menu.
+            const QPoint point(cell.left() + 5, cell.center().y());
+            const QPointer<QMenu> menu = openMenu(point);
+            // The slot has returned while the menu is open.
+            QVERIFY(menu != nullptr && menu->isVisible());
+            QCOMPARE(menu->pos(), table().viewport()->mapToGlobal(point));
+            QCOMPARE(menu->parent(), &window());
+            QList<QAction*> actions = menu->actions();
+            QCOMPARE(actions.size(), 5);
+            QVERIFY(actions.takeAt(3)->isSeparator());
+            QCOMPARE(actions, (QList<QAction*>{&action("actionAdd_Resource"),
+                                               &action("actionRemove_resource"),
+                                               &action("actionEdit"), &action("actionFind")}));
+        }
+    }
+
+    void menuActionIsTriggeredByKeys()
+    {
+        clickCell(1, 0);
+        const QPointer<QMenu> menu = openMenu(cellCentre(1, 0));
+        QVERIFY(menu != nullptr);
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return);
+        QCOMPARE(model().rowCount(), 2);
+        QVERIFY(!menu->isVisible());
+    }
+
+    void newMenuReplacesTheFormer()
+    {
+        const QPointer<QMenu> first = openMenu(cellCentre(0, 0));
+        QVERIFY(first != nullptr);
+        const QPointer<QMenu> second = openMenu(belowTheRows());
+        QVERIFY(first == nullptr);
+        QVERIFY(second != nullptr);
+        destroy();
+        QVERIFY(second == nullptr);
+    }
+
+    void rightClickSelectsTheRowOfTheMenu()
+    {
+        // Without a selection: another program may ask for the menu too.
+        QVERIFY(openMenu(cellCentre(0, 0)) != nullptr);
+        QVERIFY(!isEnabled("actionEdit") && !isEnabled("actionFind"));
+        QApplication::activePopupWidget()->close();
+        QTest::mouseClick(table().viewport(), Qt::RightButton, Qt::NoModifier, cellCentre(1, 1));
+        QCOMPARE(table().currentIndex().row(), 1);
+        QVERIFY(isEnabled("actionEdit") && isEnabled("actionFind"));
+    }
 
 private:
     void setUp() override { start(s_threeRows); }
@@ -33,198 +209,5 @@ private:
         "GPIB0::1::INSTR\nGPIB0::2::INSTR\nDMM=ASRL1::INSTR\n";
 };
 
-void TestActions::tableShowsTheEntriesOfTheFile()
-{
-    QCOMPARE(rows(), QStringLiteral("GPIB0::1::INSTR> | GPIB0::2::INSTR> | ASRL1::INSTR>DMM"));
-    QVERIFY(!model().isDirty());
-    QVERIFY(!table().selectionModel()->hasSelection());
-}
-
-void TestActions::cellEditIsCleanedAndEscapeDiscardsIt()
-{
-    editCell(1, 1, " my dev:1 #x ");
-    QCOMPARE(text(1, 1), QStringLiteral("my_dev1_x"));
-    editCell(1, 0, " my dev:1 #x ");
-    QCOMPARE(text(1, 0), QStringLiteral("my_dev:1_x"));
-    typeIntoCell(0, 0, "other");
-    endCellEdit(Qt::Key_Escape);
-    QCOMPARE(text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
-}
-
-void TestActions::removeRemovesTheSelectedRow()
-{
-    clickCell(1, 0);
-    click("actionRemove_resource");
-    QCOMPARE(rows(), QStringLiteral("GPIB0::1::INSTR> | ASRL1::INSTR>DMM"));
-    QVERIFY(isEnabled("actionSave"));
-}
-
-void TestActions::removeWithoutSelectionDoesNothing()
-{
-    QVERIFY(isEnabled("actionRemove_resource"));
-    click("actionRemove_resource");
-    QCOMPARE(model().rowCount(), 3);
-    QVERIFY(!isEnabled("actionSave"));
-}
-
-void TestActions::saveWritesTheFileOnce()
-{
-    start("b\nA=ASRL1::INSTR\n");
-    editCell(0, 0, "c");
-    click("actionSave");
-    QCOMPARE(configuration().read(), file(":Provider=3674\nc\nA=ASRL1::INSTR\n"));
-    QVERIFY(!model().isDirty());
-    // The button is disabled now.
-    configuration().write("d\n");
-    click("actionSave");
-    QCOMPARE(configuration().read(), file("d\n"));
-}
-
-void TestActions::saveIsEnabledWhileTheModelIsDirty()
-{
-    QVERIFY(!isEnabled("actionSave"));
-    editCell(0, 1, "x");
-    QVERIFY(isEnabled("actionSave"));
-    click("actionSave");
-    QVERIFY(!isEnabled("actionSave"));
-    // The same text again is no change.
-    editCell(0, 1, "x");
-    QVERIFY(!isEnabled("actionSave"));
-    click("actionRemove_resource");
-    QVERIFY(isEnabled("actionSave"));
-    QCOMPARE(window().windowTitle(),
-             QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
-    model().setDirty(false);
-    QVERIFY(!isEnabled("actionSave"));
-}
-
-void TestActions::findAndEditAreEnabledWithASelection()
-{
-    const auto areBoth = [this](bool enabled) {
-        return isEnabled("actionFind") == enabled && isEnabled("actionEdit") == enabled;
-    };
-    QVERIFY(areBoth(false));
-    clickCell(1, 0);
-    QVERIFY(areBoth(true));
-    clickCell(2, 1);
-    QVERIFY(areBoth(true));
-    table().clearSelection();
-    QVERIFY(areBoth(false));
-    QTest::keyClick(table().viewport(), Qt::Key_Up);
-    QVERIFY(areBoth(true));
-    const QModelIndex current = table().currentIndex();
-    clickCell(current.row(), current.column(), Qt::ControlModifier);
-    QVERIFY(!table().selectionModel()->hasSelection());
-    QVERIFY(areBoth(false));
-}
-
-void TestActions::findAndEditAfterARemoval_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("enabled");
-    QTest::newRow("first of three") << 3 << 0 << true;
-    QTest::newRow("second of three") << 3 << 1 << true;
-    QTest::newRow("last of three") << 3 << 2 << true;
-    QTest::newRow("first of two") << 2 << 0 << false;
-    QTest::newRow("last of two") << 2 << 1 << false;
-    QTest::newRow("only row") << 1 << 0 << false;
-}
-
-void TestActions::findAndEditAfterARemoval()
-{
-    QFETCH(int, rows);
-    QFETCH(int, row);
-    QFETCH(bool, enabled);
-    start(std::string_view("a\nb\nc\n").substr(0, std::size_t(rows) * 2));
-    clickCell(row, 0);
-    click("actionRemove_resource");
-    QCOMPARE(model().rowCount(), rows - 1);
-    QCOMPARE(table().selectionModel()->hasSelection(), enabled);
-    QCOMPARE(isEnabled("actionFind"), enabled);
-    QCOMPARE(isEnabled("actionEdit"), enabled);
-}
-
-/// The slot has no connection.
-void TestActions::refreshButtonStatusFollowsTheSelection()
-{
-    for (const bool selected : {false, true}) {
-        if (selected) {
-            clickCell(0, 0);
-        }
-        action("actionFind").setEnabled(!selected);
-        action("actionEdit").setEnabled(!selected);
-        QVERIFY(QMetaObject::invokeMethod(&window(), "refreshButtonStatus"));
-        QCOMPARE(isEnabled("actionFind"), selected);
-        QCOMPARE(isEnabled("actionEdit"), selected);
-    }
-}
-
-void TestActions::menuBelowTheRowsHoldsAddAlone()
-{
-    clickCell(0, 0);
-    const QPointer<QMenu> menu = openMenu(belowTheRows());
-    QVERIFY(menu != nullptr);
-    QCOMPARE(menu->actions(), QList<QAction*>{&action("actionAdd_Resource")});
-    start("");
-    const QPointer<QMenu> menuWithoutRows = openMenu(QPoint(5, 5));
-    QVERIFY(menuWithoutRows != nullptr);
-    QCOMPARE(menuWithoutRows->actions(), QList<QAction*>{&action("actionAdd_Resource")});
-}
-
-void TestActions::menuOnARowHoldsAllRowActions()
-{
-    for (const int row : {0, 1, 2}) {
-        const QRect cell = table().visualRect(model().index(row, row % 2));
-        // At the left, where the screen has room for the menu.
-        const QPoint point(cell.left() + 5, cell.center().y());
-        const QPointer<QMenu> menu = openMenu(point);
-        // The slot has returned while the menu is open.
-        QVERIFY(menu != nullptr && menu->isVisible());
-        QCOMPARE(menu->pos(), table().viewport()->mapToGlobal(point));
-        QCOMPARE(menu->parent(), &window());
-        QList<QAction*> actions = menu->actions();
-        QCOMPARE(actions.size(), 5);
-        QVERIFY(actions.takeAt(3)->isSeparator());
-        QCOMPARE(actions,
-                 (QList<QAction*>{&action("actionAdd_Resource"), &action("actionRemove_resource"),
-                                  &action("actionEdit"), &action("actionFind")}));
-    }
-}
-
-void TestActions::menuActionIsTriggeredByKeys()
-{
-    clickCell(1, 0);
-    const QPointer<QMenu> menu = openMenu(cellCentre(1, 0));
-    QVERIFY(menu != nullptr);
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Return);
-    QCOMPARE(model().rowCount(), 2);
-    QVERIFY(!menu->isVisible());
-}
-
-void TestActions::newMenuReplacesTheFormer()
-{
-    const QPointer<QMenu> first = openMenu(cellCentre(0, 0));
-    QVERIFY(first != nullptr);
-    const QPointer<QMenu> second = openMenu(belowTheRows());
-    QVERIFY(first == nullptr);
-    QVERIFY(second != nullptr);
-    destroy();
-    QVERIFY(second == nullptr);
-}
-
-void TestActions::rightClickSelectsTheRowOfTheMenu()
-{
-    // Without a selection: another program may ask for the menu too.
-    QVERIFY(openMenu(cellCentre(0, 0)) != nullptr);
-    QVERIFY(!isEnabled("actionEdit") && !isEnabled("actionFind"));
-    QApplication::activePopupWidget()->close();
-    QTest::mouseClick(table().viewport(), Qt::RightButton, Qt::NoModifier, cellCentre(1, 1));
-    QCOMPARE(table().currentIndex().row(), 1);
-    QVERIFY(isEnabled("actionEdit") && isEnabled("actionFind"));
-}
-
-static const guitest::Registration<TestActions> s_registration;
+static const guitest::Registration<TestActions> s_registerActions;
 #include "TestActions.moc"

@@ -70,63 +70,57 @@ class TestApplication : public QObject
     Q_OBJECT
 
 private slots:
-    void namesAndVersionAreSet();
-    void settingsFileHasTheseNames();
-    void oneWindowIsShown();
-    void iconsAreCompiledIn();
-    void highDensityScreensAreSupported();
-    void closingTheWindowEndsTheProgram();
-};
-
-void TestApplication::namesAndVersionAreSet()
-{
-    QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Quorvane"));
-    QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("quorvane.com"));
-    QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("QvVisaConfigure"));
-    QCOMPARE(QCoreApplication::applicationVersion(), QLatin1String(qvvisa::versionText));
-}
-
-void TestApplication::settingsFileHasTheseNames()
-{
-    QCOMPARE(QSettings().fileName(), QString::fromStdString(s_userFiles.home().root().string()) +
-                                         QStringLiteral("/settings/Quorvane/QvVisaConfigure.conf"));
-}
-
-void TestApplication::oneWindowIsShown()
-{
-    QVERIFY(QTest::qWaitForWindowExposed(&window()));
-    int shown = 0;
-    for (const QWidget* widget : QApplication::topLevelWidgets()) {
-        shown += widget->isVisible() ? 1 : 0;
+    void namesAndVersionAreSet()
+    {
+        QCOMPARE(QCoreApplication::organizationName(), QStringLiteral("Quorvane"));
+        QCOMPARE(QCoreApplication::organizationDomain(), QStringLiteral("quorvane.com"));
+        QCOMPARE(QCoreApplication::applicationName(), QStringLiteral("QvVisaConfigure"));
+        QCOMPARE(QCoreApplication::applicationVersion(), QLatin1String(qvvisa::versionText));
     }
-    QCOMPARE(shown, 1);
-    QCOMPARE(window().parent(), nullptr);
-    QCOMPARE(window().windowTitle(),
-             QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
-    QVERIFY(QApplication::quitOnLastWindowClosed());
-}
 
-void TestApplication::iconsAreCompiledIn()
-{
-    QCOMPARE(QDir(QStringLiteral(":/icons")).entryList().size(), 10);
-    QVERIFY(!window().windowIcon().pixmap(32, 32).isNull());
-}
+    void settingsFileHasTheseNames()
+    {
+        QCOMPARE(QSettings().fileName(),
+                 QString::fromStdString(s_userFiles.home().root().string()) +
+                     QStringLiteral("/settings/Quorvane/QvVisaConfigure.conf"));
+    }
 
-void TestApplication::highDensityScreensAreSupported()
-{
-    QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
-    QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
-    // Rounded, 150 % would be drawn as 200 %.
-    QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(),
-             Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-}
+    void oneWindowIsShown()
+    {
+        QVERIFY(QTest::qWaitForWindowExposed(&window()));
+        int shown = 0;
+        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+            shown += widget->isVisible() ? 1 : 0;
+        }
+        QCOMPARE(shown, 1);
+        QCOMPARE(window().parent(), nullptr);
+        QCOMPARE(window().windowTitle(),
+                 QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
+        QVERIFY(QApplication::quitOnLastWindowClosed());
+    }
 
-void TestApplication::closingTheWindowEndsTheProgram()
-{
-    QVERIFY(!QCoreApplication::closingDown());
-    support::child<QAction>(window(), "actionClose").trigger();
-    QVERIFY(!window().isVisible());
-}
+    void iconsAreCompiledIn()
+    {
+        QCOMPARE(QDir(QStringLiteral(":/icons")).entryList().size(), 10);
+        QVERIFY(!window().windowIcon().pixmap(32, 32).isNull());
+    }
+
+    void highDensityScreensAreSupported()
+    {
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling));
+        QVERIFY(QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps));
+        // Rounded, 150 % would be drawn as 200 %.
+        QCOMPARE(QGuiApplication::highDpiScaleFactorRoundingPolicy(),
+                 Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    }
+
+    void closingTheWindowEndsTheProgram()
+    {
+        QVERIFY(!QCoreApplication::closingDown());
+        support::child<QAction>(window(), "actionClose").trigger();
+        QVERIFY(!window().isVisible());
+    }
+};
 
 namespace {
 

@@ -10,10 +10,58 @@ class TestKeyboard : public guitest::MainWindowTest
     Q_OBJECT
 
 private slots:
-    void arrowKeysAndF2EditACell();
-    void tabVisitsTheTableAndTheEnabledActions();
-    void spaceTriggersTheFocusedAction();
-    void clickOnAnActionLeavesTheFocusInTheTable();
+    void arrowKeysAndF2EditACell()
+    {
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right}) {
+            QTest::keyClick(&table(), key);
+        }
+        QCOMPARE(table().currentIndex(), model().index(1, 1));
+        QVERIFY(table().selectionModel()->isRowSelected(1, QModelIndex()));
+        QTest::keyClick(&table(), Qt::Key_F2);
+        QVERIFY(cellEditor() != nullptr);
+        QTest::keyClicks(cellEditor(), QStringLiteral("new"));
+        QTest::keyClick(cellEditor(), Qt::Key_Tab);
+        QTRY_COMPARE(text(1, 1), QStringLiteral("new"));
+    }
+
+    void tabVisitsTheTableAndTheEnabledActions()
+    {
+        QCOMPARE(
+            walk(Qt::Key_Tab),
+            QStringLiteral("resourceView, Add Resource, Remove resource, Edit properties, Close"));
+        clickCell(0, 0);
+        model().setDirty(true);
+        QCOMPARE(walk(Qt::Key_Tab),
+                 QStringLiteral("resourceView, Add Resource, Remove resource, Edit, "
+                                "Find Resource, Edit properties, Save, Close"));
+        QCOMPARE(walk(Qt::Key_Backtab),
+                 QStringLiteral("resourceView, Close, Save, Edit properties, "
+                                "Find Resource, Edit, Remove resource, Add Resource"));
+    }
+
+    void spaceTriggersTheFocusedAction()
+    {
+        const support::ModalAnswer<gui::PropertyDialog> modal(
+            [](gui::PropertyDialog& dialog) { dialog.reject(); });
+        tabTo("Edit properties");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY(modal.wasShown());
+        QApplication::setActiveWindow(&window());
+
+        editCell(0, ConfigurationModel::AliasColumn, "A");
+        tabTo("Save");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QVERIFY(!model().isDirty());
+        QVERIFY(QApplication::focusWidget() != nullptr && QApplication::focusWidget()->isEnabled());
+    }
+
+    void clickOnAnActionLeavesTheFocusInTheTable()
+    {
+        clickCell(0, 0);
+        click("actionRemove_resource");
+        QCOMPARE(model().rowCount(), 1);
+        QCOMPARE(QApplication::focusWidget(), &table());
+    }
 
 private:
     void setUp() override
@@ -47,56 +95,5 @@ private:
     }
 };
 
-void TestKeyboard::arrowKeysAndF2EditACell()
-{
-    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right}) {
-        QTest::keyClick(&table(), key);
-    }
-    QCOMPARE(table().currentIndex(), model().index(1, 1));
-    QVERIFY(table().selectionModel()->isRowSelected(1, QModelIndex()));
-    QTest::keyClick(&table(), Qt::Key_F2);
-    QVERIFY(cellEditor() != nullptr);
-    QTest::keyClicks(cellEditor(), QStringLiteral("new"));
-    QTest::keyClick(cellEditor(), Qt::Key_Tab);
-    QTRY_COMPARE(text(1, 1), QStringLiteral("new"));
-}
-
-void TestKeyboard::tabVisitsTheTableAndTheEnabledActions()
-{
-    QCOMPARE(walk(Qt::Key_Tab),
-             QStringLiteral("resourceView, Add Resource, Remove resource, Edit properties, Close"));
-    clickCell(0, 0);
-    model().setDirty(true);
-    QCOMPARE(walk(Qt::Key_Tab), QStringLiteral("resourceView, Add Resource, Remove resource, Edit, "
-                                               "Find Resource, Edit properties, Save, Close"));
-    QCOMPARE(walk(Qt::Key_Backtab),
-             QStringLiteral("resourceView, Close, Save, Edit properties, "
-                            "Find Resource, Edit, Remove resource, Add Resource"));
-}
-
-void TestKeyboard::spaceTriggersTheFocusedAction()
-{
-    const support::ModalAnswer<gui::PropertyDialog> modal(
-        [](gui::PropertyDialog& dialog) { dialog.reject(); });
-    tabTo("Edit properties");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(modal.wasShown());
-    QApplication::setActiveWindow(&window());
-
-    editCell(0, ConfigurationModel::AliasColumn, "A");
-    tabTo("Save");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
-    QVERIFY(!model().isDirty());
-    QVERIFY(QApplication::focusWidget() != nullptr && QApplication::focusWidget()->isEnabled());
-}
-
-void TestKeyboard::clickOnAnActionLeavesTheFocusInTheTable()
-{
-    clickCell(0, 0);
-    click("actionRemove_resource");
-    QCOMPARE(model().rowCount(), 1);
-    QCOMPARE(QApplication::focusWidget(), &table());
-}
-
-static const guitest::Registration<TestKeyboard> s_registration;
+static const guitest::Registration<TestKeyboard> s_registerKeyboard;
 #include "TestKeyboard.moc"

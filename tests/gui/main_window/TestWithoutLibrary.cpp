@@ -14,36 +14,34 @@ public:
     TestWithoutLibrary() : MainWindowTest(Visa::None) {}
 
 private slots:
-    void editsAndSaves();
-    void findsNothing();
+    void editsAndSaves()
+    {
+        editCell(0, 1, "B");
+        click("actionSave");
+        QCOMPARE(configuration().read(), file(":Provider=3674\nB=ASRL1::INSTR\n"));
+        clickAndAnswer<gui::PropertyDialog>("actionEdit_properties",
+                                            [](gui::PropertyDialog& dialog) { dialog.accept(); });
+        click("actionClose");
+        QVERIFY(!window().isVisible());
+    }
+
+    void findsNothing()
+    {
+        clickCell(0, 0);
+        clickAndAnswer<gui::ResourceDialog>("actionFind", [](gui::ResourceDialog& dialog) {
+            const auto& list = support::child<QListWidget>(dialog, "rsrcList");
+            QCOMPARE(list.count(), 0);
+            QTest::mouseClick(&support::child<QToolButton>(dialog, "refreshButton"),
+                              Qt::LeftButton);
+            QCOMPARE(list.count(), 0);
+            dialog.reject();
+        });
+        QCOMPARE(text(0, 0), QStringLiteral("ASRL1::INSTR"));
+    }
 
 private:
     void setUp() override { start("A=ASRL1::INSTR\n"); }
 };
 
-void TestWithoutLibrary::editsAndSaves()
-{
-    editCell(0, 1, "B");
-    click("actionSave");
-    QCOMPARE(configuration().read(), file(":Provider=3674\nB=ASRL1::INSTR\n"));
-    clickAndAnswer<gui::PropertyDialog>("actionEdit_properties",
-                                        [](gui::PropertyDialog& dialog) { dialog.accept(); });
-    click("actionClose");
-    QVERIFY(!window().isVisible());
-}
-
-void TestWithoutLibrary::findsNothing()
-{
-    clickCell(0, 0);
-    clickAndAnswer<gui::ResourceDialog>("actionFind", [](gui::ResourceDialog& dialog) {
-        const auto& list = support::child<QListWidget>(dialog, "rsrcList");
-        QCOMPARE(list.count(), 0);
-        QTest::mouseClick(&support::child<QToolButton>(dialog, "refreshButton"), Qt::LeftButton);
-        QCOMPARE(list.count(), 0);
-        dialog.reject();
-    });
-    QCOMPARE(text(0, 0), QStringLiteral("ASRL1::INSTR"));
-}
-
-static const guitest::Registration<TestWithoutLibrary> s_registration;
+static const guitest::Registration<TestWithoutLibrary> s_registerWithoutLibrary;
 #include "TestWithoutLibrary.moc"

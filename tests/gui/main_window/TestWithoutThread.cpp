@@ -37,27 +37,26 @@ class TestWithoutThread : public guitest::MainWindowTest
     Q_OBJECT
 
 private slots:
-    void windowOpensAndSearchesOnRefresh();
+    void windowOpensAndSearchesOnRefresh()
+    {
+        s_refusesNext = true;
+        start("A=ASRL1::INSTR\n", "resource GPIB0::1::INSTR\n");
+        QVERIFY(!s_refusesNext);
+        QVERIFY(bench().calls().empty());
+
+        clickCell(0, 0);
+        clickAndAnswer<gui::ResourceDialog>("actionFind", [](gui::ResourceDialog& dialog) {
+            auto& list = support::child<QListWidget>(dialog, "rsrcList");
+            QCOMPARE(list.count(), 0);
+            QTest::mouseClick(&support::child<QToolButton>(dialog, "refreshButton"),
+                              Qt::LeftButton);
+            QCOMPARE(list.count(), 1);
+            list.setCurrentRow(0);
+            dialog.accept();
+        });
+        QCOMPARE(text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
+    }
 };
 
-void TestWithoutThread::windowOpensAndSearchesOnRefresh()
-{
-    s_refusesNext = true;
-    start("A=ASRL1::INSTR\n", "resource GPIB0::1::INSTR\n");
-    QVERIFY(!s_refusesNext);
-    QVERIFY(bench().calls().empty());
-
-    clickCell(0, 0);
-    clickAndAnswer<gui::ResourceDialog>("actionFind", [](gui::ResourceDialog& dialog) {
-        auto& list = support::child<QListWidget>(dialog, "rsrcList");
-        QCOMPARE(list.count(), 0);
-        QTest::mouseClick(&support::child<QToolButton>(dialog, "refreshButton"), Qt::LeftButton);
-        QCOMPARE(list.count(), 1);
-        list.setCurrentRow(0);
-        dialog.accept();
-    });
-    QCOMPARE(text(0, 0), QStringLiteral("GPIB0::1::INSTR"));
-}
-
-static const guitest::Registration<TestWithoutThread> s_registration;
+static const guitest::Registration<TestWithoutThread> s_registerWithoutThread;
 #include "TestWithoutThread.moc"

@@ -27,30 +27,335 @@ class TestGpib : public guitest::PropertyDialogTest
     Q_OBJECT
 
 private slots:
-    void itemHasARowAndAnEditableChild_data();
-    void itemHasARowAndAnEditableChild();
-    void treeListsTheBoardsByNumber();
-    void hiddenTreeFollowsTheBoards();
-    void addAppendsABoard_data();
-    void addAppendsABoard();
-    void removeRemovesTheSelectedBoard_data();
-    void removeRemovesTheSelectedBoard();
-    void typedTextIsTakenOrReverted_data();
-    void typedTextIsTakenOrReverted();
-    void renumberingMovesTheBoardOfTheRow();
-    void keysEndAnEdit_data();
-    void keysEndAnEdit();
-    void doubleClickEditsACell();
-    void checkBoxIsTaken_data();
-    void checkBoxIsTaken();
-    void editOfABoardsRowIsReverted();
-    void allBoardNumbersFit();
-    void cancelKeepsTheModel();
+    void itemHasARowAndAnEditableChild_data()
+    {
+        QTest::addColumn<QvVisa::GpibPropertiesMap>("boards");
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QString>("child");
+        QTest::newRow("defaults") << Boards{{0, {}}} << "Device 0,, -"
+                                  << "0,0, 2";
+        QTest::newRow("no controller") << Boards{{5, {21, 65535, 0}}} << "Device 5,, -"
+                                       << "5,21, 0";
+        QTest::newRow("controller neither 0 nor 1") << Boards{{6, {1, 7, 2}}} << "Device 6,, -"
+                                                    << "6,1, 0";
+        QTest::newRow("greatest numbers") << Boards{{65535, {65535, 0, 1}}} << "Device 65535,, -"
+                                          << "65535,65535, 2";
+    }
 
-    void menuHoldsTheActionsOfThePoint_data();
-    void menuHoldsTheActionsOfThePoint();
-    void menuRemovesTheBoardOfAClickedRow();
-    void closedMenuIsDeleted();
+    void itemHasARowAndAnEditableChild()
+    {
+        QFETCH(const QvVisa::GpibPropertiesMap, boards);
+        const DeviceItem item(*boards.begin(), 0);
+        QCOMPARE(item.type(), 0);
+        QTEST(rowText(&item), "row");
+        QCOMPARE(item.flags(), QTreeWidgetItem().flags());
+        QCOMPARE(item.childCount(), 1);
+        QTEST(rowText(item.child(0)), "child");
+        QCOMPARE(item.child(0)->flags(),
+                 QTreeWidgetItem().flags() | Qt::ItemIsEditable | Qt::ItemIsUserCheckable);
+        QCOMPARE(item.child(0)->childCount(), 0);
+    }
+
+    void treeListsTheBoardsByNumber()
+    {
+        openBoards({{300, {}}, {2, {9, 96, 0}}, {65535, {}}});
+        QVERIFY(tree().header()->isVisible());
+        QCOMPARE(tree().topLevelItemCount(), 3);
+        QCOMPARE(board(0)->text(0), QStringLiteral("Device 2"));
+        QCOMPARE(rowText(fields(0)), QStringLiteral("2,9, 0"));
+        QCOMPARE(board(1)->text(0), QStringLiteral("Device 300"));
+        QCOMPARE(board(2)->text(0), QStringLiteral("Device 65535"));
+        tree().header()->hide();
+        dialog().redrawtree();
+        QVERIFY(tree().header()->isVisible());
+        // A board that is not edited keeps its secondary address.
+        QCOMPARE(boardsAfterOk(), QStringLiteral("2=9,96,0 300=0,65535,1 65535=0,65535,1"));
+    }
+
+    void hiddenTreeFollowsTheBoards()
+    {
+        setBoards({{4, {}}});
+        open();
+        QVERIFY(!tree().isVisible());
+        QCOMPARE(tree().topLevelItemCount(), 1);
+        dialog().addDevice();
+        QCOMPARE(tree().topLevelItemCount(), 2);
+        clickOk();
+        QCOMPARE(boards(), QStringLiteral("4=0,65535,1 5=0,65535,1"));
+        QVERIFY(model().isDirty());
+    }
+
+    void addAppendsABoard_data()
+    {
+        QTest::addColumn<QvVisa::GpibPropertiesMap>("before");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("first") << Boards() << "0=0,65535,1";
+        QTest::newRow("after the last")
+            << Boards{{0, {1, 2, 0}}, {5, {6, 7, 0}}} << "0=1,2,0 5=6,7,0 6=0,65535,1";
+        QTest::newRow("greatest number")
+            << Boards{{65534, {}}} << "65534=0,65535,1 65535=0,65535,1";
+        QTest::newRow("after the greatest number")
+            << Boards{{65535, {3, 4, 0}}} << "0=0,65535,1 65535=3,4,0";
+        QTest::newRow("over board 0")
+            << Boards{{0, {1, 2, 0}}, {65535, {3, 4, 0}}} << "0=0,65535,1 65535=3,4,0";
+    }
+
+    void addAppendsABoard()
+    {
+        QFETCH(const QvVisa::GpibPropertiesMap, before);
+        QFETCH(const QString, after);
+        openBoards(before);
+        clickButton("addButton");
+        QCOMPARE(tree().topLevelItemCount(), after.count(QLatin1Char('=')));
+        QCOMPARE(boardsAfterOk(), after);
+        for (int row = 0; row < tree().topLevelItemCount(); ++row) {
+            QCOMPARE(board(row)->text(0),
+                     QStringLiteral("Device ") +
+                         after.section(QLatin1Char(' '), row, row).section(QLatin1Char('='), 0, 0));
+        }
+    }
+
+    void removeRemovesTheSelectedBoard_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("isChild");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("no selection") << -1 << false << "1=0,65535,1 4=0,65535,1 9=0,65535,1";
+        QTest::newRow("first") << 0 << false << "4=0,65535,1 9=0,65535,1";
+        QTest::newRow("middle, child row") << 1 << true << "1=0,65535,1 9=0,65535,1";
+        QTest::newRow("last") << 2 << false << "1=0,65535,1 4=0,65535,1";
+        QTest::newRow("last, child row") << 2 << true << "1=0,65535,1 4=0,65535,1";
+    }
+
+    void removeRemovesTheSelectedBoard()
+    {
+        QFETCH(const int, row);
+        QFETCH(const bool, isChild);
+        QFETCH(const QString, after);
+        openBoards({{1, {}}, {4, {}}, {9, {}}});
+        tree().setCurrentItem(nullptr);
+        if (row >= 0) {
+            QTreeWidgetItem* item = isChild ? fields(row) : board(row);
+            QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
+            QCOMPARE(tree().selectedItems(), QList<QTreeWidgetItem*>{item});
+        }
+        clickButton("removeButton");
+        QCOMPARE(tree().topLevelItemCount(), after.count(QLatin1Char('=')));
+        QCOMPARE(boardsAfterOk(), after);
+    }
+
+    void typedTextIsTakenOrReverted_data()
+    {
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("boards");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<bool>("isRedrawn");
+        const int board = DeviceItem::BoardNumberColumn;
+        const int address = DeviceItem::PrimaryAddressColumn;
+        const auto row = [](const char* name, int column, const char* typed, const char* boards,
+                            const char* fields, bool isRedrawn) {
+            QTest::newRow(name) << column << QString::fromUtf8(typed) << QString::fromLatin1(boards)
+                                << QString::fromLatin1(fields) << isRedrawn;
+        };
+        const char* unchanged = "1=9,96,0 4=0,65535,1";
+
+        // Every edit resets the secondary address 96; the same text again is no edit.
+        row("address", address, "7", "1=7,65535,0 4=0,65535,1", "1,7, 0", false);
+        row("same address", address, "9", unchanged, "1,9, 0", false);
+        row("address with blanks", address, " 7 ", "1=7,65535,0 4=0,65535,1", "1, 7 , 0", false);
+        row("negative address", address, "-1", "1=65535,65535,0 4=0,65535,1", "1,-1, 0", false);
+        row("address above 16 bits", address, "65536", "1=0,65535,0 4=0,65535,1", "1,65536, 0",
+            false);
+        row("address with zeros", address, "0012", "1=12,65535,0 4=0,65535,1", "1,0012, 0", false);
+        row("hexadecimal address", address, "0x10", unchanged, "1,9, 0", true);
+        row("letters as address", address, "abc", unchanged, "1,9, 0", true);
+        row("empty address", address, "", unchanged, "1,9, 0", true);
+        row("address above 32 bits", address, "4294967296", unchanged, "1,9, 0", true);
+        row("number", board, "3", "3=9,65535,0 4=0,65535,1", "3,9, 0", true);
+        row("same number", board, "1", unchanged, "1,9, 0", false);
+        row("same number with a zero", board, "01", "1=9,65535,0 4=0,65535,1", "1,9, 0", true);
+        row("number of another board", board, "4", "4=9,65535,0", "4,9, 0", true);
+        row("greater number", board, "0010", "4=0,65535,1 10=9,65535,0", "4,0, 2", true);
+        row("negative number", board, "-1", "4=0,65535,1 65535=9,65535,0", "4,0, 2", true);
+        row("number above 16 bits", board, "65540", "4=9,65535,0", "4,9, 0", true);
+        row("hexadecimal number", board, "0x3", unchanged, "1,9, 0", true);
+        row("letters as number", board, "one", unchanged, "1,9, 0", true);
+        row("empty number", board, "", unchanged, "1,9, 0", true);
+        row("fraction as number", board, "1.5", unchanged, "1,9, 0", true);
+    }
+
+    void typedTextIsTakenOrReverted()
+    {
+        QFETCH(const int, column);
+        QFETCH(const QString, typed);
+        openBoards({{1, {9, 96, 0}}, {4, {}}});
+        typeIntoCell(0, column, typed);
+        QTEST(isRedrawn(), "isRedrawn");
+        QTEST(rowText(fields(0)), "fields");
+        QTEST(boardsAfterOk(), "boards");
+    }
+
+    void renumberingMovesTheBoardOfTheRow()
+    {
+        openBoards({{1, {9, 96, 0}}, {4, {8, 97, 0}}, {5, {}}});
+        typeIntoCell(1, DeviceItem::BoardNumberColumn, QStringLiteral("7"));
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,96,0 5=0,65535,1 7=8,65535,0"));
+    }
+
+    void keysEndAnEdit_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("Escape") << int{Qt::Key_Escape} << "1=9,96,0";
+        QTest::newRow("Enter") << int{Qt::Key_Enter} << "1=7,65535,0";
+    }
+
+    /// Neither key closes the dialog.
+    void keysEndAnEdit()
+    {
+        QFETCH(const int, key);
+        openBoards({{1, {9, 96, 0}}});
+        typeIntoCell(0, DeviceItem::PrimaryAddressColumn, QStringLiteral("7"),
+                     static_cast<Qt::Key>(key));
+        QVERIFY(dialog().isVisible());
+        QCOMPARE(boards(), QStringLiteral("1=9,96,0"));
+        QTEST(boardsAfterOk(), "after");
+    }
+
+    void doubleClickEditsACell()
+    {
+        openBoards({{1, {}}});
+        const QPoint point = tree().visualRect(cell(0, DeviceItem::PrimaryAddressColumn)).center();
+        QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
+        QTest::mouseDClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
+        QVERIFY(cellEditor() != nullptr);
+        QTest::keyClicks(cellEditor(), QStringLiteral("30"));
+        QTest::keyClick(cellEditor(), Qt::Key_Tab);
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=30,65535,1"));
+    }
+
+    void checkBoxIsTaken_data()
+    {
+        QTest::addColumn<bool>("byKey");
+        QTest::newRow("click") << false;
+        QTest::newRow("Space") << true;
+    }
+
+    void checkBoxIsTaken()
+    {
+        QFETCH(const bool, byKey);
+        openBoards({{1, {9, 96, 1}}, {4, {8, 97, 0}}, {5, {7, 98, 3}}});
+        for (const int row : {0, 1}) {
+            if (byKey) {
+                tree().setFocus();
+                tree().setCurrentItem(fields(row), DeviceItem::SystemControllerColumn);
+                QTest::keyClick(&tree(), Qt::Key_Space);
+            } else {
+                clickCheckBox(row);
+            }
+        }
+        QVERIFY(!isRedrawn());
+        QCOMPARE(rowText(fields(0)), QStringLiteral("1,9, 0"));
+        QCOMPARE(rowText(fields(1)), QStringLiteral("4,8, 2"));
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,65535,0 4=8,65535,1 5=7,98,3"));
+    }
+
+    void editOfABoardsRowIsReverted()
+    {
+        openBoards({{1, {9, 96, 0}}});
+        board(0)->setText(1, QStringLiteral("in another column"));
+        QVERIFY(!isRedrawn());
+        QCOMPARE(board(0)->text(1), QStringLiteral("in another column"));
+        board(0)->setText(0, QStringLiteral("Device 2"));
+        QVERIFY(isRedrawn());
+        QCOMPARE(rowText(board(0)), QStringLiteral("Device 1,, -"));
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,96,0"));
+    }
+
+    void allBoardNumbersFit()
+    {
+        Boards expected;
+        for (int number = 0; number < 65535; ++number) {
+            expected[static_cast<unsigned short>(number)].primaryAddress = 3;
+        }
+        setBoards(expected);
+        open();
+        QCOMPARE(tree().topLevelItemCount(), 65535);
+        dialog().addDevice();
+        QCOMPARE(tree().topLevelItemCount(), 65536);
+        QCOMPARE(board(65535)->text(0), QStringLiteral("Device 65535"));
+        dialog().addDevice();
+        QCOMPARE(tree().topLevelItemCount(), 65536);
+        QCOMPARE(fields(0)->text(1), QStringLiteral("0"));
+        tree().setCurrentItem(fields(65534));
+        dialog().removeDevice();
+        clickOk();
+        expected[0] = {};
+        expected.erase(65534);
+        expected[65535] = {};
+        QVERIFY(model().getGpibProperties() == expected);
+    }
+
+    void cancelKeepsTheModel()
+    {
+        openBoards({{1, {9, 96, 0}}});
+        typeIntoCell(0, DeviceItem::BoardNumberColumn, QStringLiteral("3"));
+        clickButton("addButton");
+        clickCancel();
+        QCOMPARE(boards(), QStringLiteral("1=9,96,0"));
+        QVERIFY(!model().isDirty());
+    }
+
+    void menuHoldsTheActionsOfThePoint_data()
+    {
+        QTest::addColumn<QByteArray>("point");
+        QTest::addColumn<int>("actions");
+        QTest::newRow("empty space") << QByteArray("empty") << 1;
+        QTest::newRow("board") << QByteArray("board") << 2;
+        QTest::newRow("child row") << QByteArray("fields") << 2;
+    }
+
+    void menuHoldsTheActionsOfThePoint()
+    {
+        QFETCH(const QByteArray, point);
+        QFETCH(const int, actions);
+        openBoards({{1, {}}});
+        const QPoint place = point == "empty"   ? emptySpace()
+                             : point == "board" ? centreOf(board(0))
+                                                : centreOf(fields(0));
+        const QPointer<QMenu> menu = openMenu(place);
+        QVERIFY(menu != nullptr);
+        QCOMPARE(menu->pos(), tree().viewport()->mapToGlobal(place));
+        QCOMPARE(menu->parent(), &dialog());
+        const QList<QAction*> all{&widget<QAction>("actionAdd_Device"),
+                                  &widget<QAction>("actionRemove_Device")};
+        QCOMPARE(menu->actions(), all.mid(0, actions));
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return);
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1 2=0,65535,1"));
+    }
+
+    void menuRemovesTheBoardOfAClickedRow()
+    {
+        openBoards({{1, {}}, {2, {}}});
+        const QPointer<QMenu> menu = openMenu(centreOf(fields(1)));
+        QVERIFY(menu != nullptr);
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                          menu->actionGeometry(menu->actions().last()).center());
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
+    }
+
+    void closedMenuIsDeleted()
+    {
+        openBoards({{1, {}}});
+        const QPointer<QMenu> menu = openMenu(emptySpace());
+        QVERIFY(menu != nullptr);
+        QTest::keyClick(menu, Qt::Key_Escape);
+        QTRY_VERIFY(menu == nullptr);
+        QVERIFY(dialog().isVisible());
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
+    }
 
 private:
     QModelIndex cell(int row, int column)
@@ -105,333 +410,5 @@ private:
     QPoint emptySpace() { return tree().viewport()->rect().center(); }
 };
 
-void TestGpib::itemHasARowAndAnEditableChild_data()
-{
-    QTest::addColumn<QvVisa::GpibPropertiesMap>("boards");
-    QTest::addColumn<QString>("row");
-    QTest::addColumn<QString>("child");
-    QTest::newRow("defaults") << Boards{{0, {}}} << "Device 0,, -"
-                              << "0,0, 2";
-    QTest::newRow("no controller") << Boards{{5, {21, 65535, 0}}} << "Device 5,, -"
-                                   << "5,21, 0";
-    QTest::newRow("controller neither 0 nor 1") << Boards{{6, {1, 7, 2}}} << "Device 6,, -"
-                                                << "6,1, 0";
-    QTest::newRow("greatest numbers") << Boards{{65535, {65535, 0, 1}}} << "Device 65535,, -"
-                                      << "65535,65535, 2";
-}
-
-void TestGpib::itemHasARowAndAnEditableChild()
-{
-    QFETCH(const QvVisa::GpibPropertiesMap, boards);
-    const DeviceItem item(*boards.begin(), 0);
-    QCOMPARE(item.type(), 0);
-    QTEST(rowText(&item), "row");
-    QCOMPARE(item.flags(), QTreeWidgetItem().flags());
-    QCOMPARE(item.childCount(), 1);
-    QTEST(rowText(item.child(0)), "child");
-    QCOMPARE(item.child(0)->flags(),
-             QTreeWidgetItem().flags() | Qt::ItemIsEditable | Qt::ItemIsUserCheckable);
-    QCOMPARE(item.child(0)->childCount(), 0);
-}
-
-void TestGpib::treeListsTheBoardsByNumber()
-{
-    openBoards({{300, {}}, {2, {9, 96, 0}}, {65535, {}}});
-    QVERIFY(tree().header()->isVisible());
-    QCOMPARE(tree().topLevelItemCount(), 3);
-    QCOMPARE(board(0)->text(0), QStringLiteral("Device 2"));
-    QCOMPARE(rowText(fields(0)), QStringLiteral("2,9, 0"));
-    QCOMPARE(board(1)->text(0), QStringLiteral("Device 300"));
-    QCOMPARE(board(2)->text(0), QStringLiteral("Device 65535"));
-    tree().header()->hide();
-    dialog().redrawtree();
-    QVERIFY(tree().header()->isVisible());
-    // A board that is not edited keeps its secondary address.
-    QCOMPARE(boardsAfterOk(), QStringLiteral("2=9,96,0 300=0,65535,1 65535=0,65535,1"));
-}
-
-void TestGpib::hiddenTreeFollowsTheBoards()
-{
-    setBoards({{4, {}}});
-    open();
-    QVERIFY(!tree().isVisible());
-    QCOMPARE(tree().topLevelItemCount(), 1);
-    dialog().addDevice();
-    QCOMPARE(tree().topLevelItemCount(), 2);
-    clickOk();
-    QCOMPARE(boards(), QStringLiteral("4=0,65535,1 5=0,65535,1"));
-    QVERIFY(model().isDirty());
-}
-
-void TestGpib::addAppendsABoard_data()
-{
-    QTest::addColumn<QvVisa::GpibPropertiesMap>("before");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("first") << Boards() << "0=0,65535,1";
-    QTest::newRow("after the last")
-        << Boards{{0, {1, 2, 0}}, {5, {6, 7, 0}}} << "0=1,2,0 5=6,7,0 6=0,65535,1";
-    QTest::newRow("greatest number") << Boards{{65534, {}}} << "65534=0,65535,1 65535=0,65535,1";
-    QTest::newRow("after the greatest number")
-        << Boards{{65535, {3, 4, 0}}} << "0=0,65535,1 65535=3,4,0";
-    QTest::newRow("over board 0") << Boards{{0, {1, 2, 0}}, {65535, {3, 4, 0}}}
-                                  << "0=0,65535,1 65535=3,4,0";
-}
-
-void TestGpib::addAppendsABoard()
-{
-    QFETCH(const QvVisa::GpibPropertiesMap, before);
-    QFETCH(const QString, after);
-    openBoards(before);
-    clickButton("addButton");
-    QCOMPARE(tree().topLevelItemCount(), after.count(QLatin1Char('=')));
-    QCOMPARE(boardsAfterOk(), after);
-    for (int row = 0; row < tree().topLevelItemCount(); ++row) {
-        QCOMPARE(board(row)->text(0),
-                 QStringLiteral("Device ") +
-                     after.section(QLatin1Char(' '), row, row).section(QLatin1Char('='), 0, 0));
-    }
-}
-
-void TestGpib::removeRemovesTheSelectedBoard_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("isChild");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("no selection") << -1 << false << "1=0,65535,1 4=0,65535,1 9=0,65535,1";
-    QTest::newRow("first") << 0 << false << "4=0,65535,1 9=0,65535,1";
-    QTest::newRow("middle, child row") << 1 << true << "1=0,65535,1 9=0,65535,1";
-    QTest::newRow("last") << 2 << false << "1=0,65535,1 4=0,65535,1";
-    QTest::newRow("last, child row") << 2 << true << "1=0,65535,1 4=0,65535,1";
-}
-
-void TestGpib::removeRemovesTheSelectedBoard()
-{
-    QFETCH(const int, row);
-    QFETCH(const bool, isChild);
-    QFETCH(const QString, after);
-    openBoards({{1, {}}, {4, {}}, {9, {}}});
-    tree().setCurrentItem(nullptr);
-    if (row >= 0) {
-        QTreeWidgetItem* item = isChild ? fields(row) : board(row);
-        QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
-        QCOMPARE(tree().selectedItems(), QList<QTreeWidgetItem*>{item});
-    }
-    clickButton("removeButton");
-    QCOMPARE(tree().topLevelItemCount(), after.count(QLatin1Char('=')));
-    QCOMPARE(boardsAfterOk(), after);
-}
-
-void TestGpib::typedTextIsTakenOrReverted_data()
-{
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("boards");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<bool>("isRedrawn");
-    const int board = DeviceItem::BoardNumberColumn;
-    const int address = DeviceItem::PrimaryAddressColumn;
-    const auto row = [](const char* name, int column, const char* typed, const char* boards,
-                        const char* fields, bool isRedrawn) {
-        QTest::newRow(name) << column << QString::fromUtf8(typed) << QString::fromLatin1(boards)
-                            << QString::fromLatin1(fields) << isRedrawn;
-    };
-    const char* unchanged = "1=9,96,0 4=0,65535,1";
-
-    // Every edit resets the secondary address 96; the same text again is no edit.
-    row("address", address, "7", "1=7,65535,0 4=0,65535,1", "1,7, 0", false);
-    row("same address", address, "9", unchanged, "1,9, 0", false);
-    row("address with blanks", address, " 7 ", "1=7,65535,0 4=0,65535,1", "1, 7 , 0", false);
-    row("negative address", address, "-1", "1=65535,65535,0 4=0,65535,1", "1,-1, 0", false);
-    row("address above 16 bits", address, "65536", "1=0,65535,0 4=0,65535,1", "1,65536, 0", false);
-    row("address with zeros", address, "0012", "1=12,65535,0 4=0,65535,1", "1,0012, 0", false);
-    row("hexadecimal address", address, "0x10", unchanged, "1,9, 0", true);
-    row("letters as address", address, "abc", unchanged, "1,9, 0", true);
-    row("empty address", address, "", unchanged, "1,9, 0", true);
-    row("address above 32 bits", address, "4294967296", unchanged, "1,9, 0", true);
-    row("number", board, "3", "3=9,65535,0 4=0,65535,1", "3,9, 0", true);
-    row("same number", board, "1", unchanged, "1,9, 0", false);
-    row("same number with a zero", board, "01", "1=9,65535,0 4=0,65535,1", "1,9, 0", true);
-    row("number of another board", board, "4", "4=9,65535,0", "4,9, 0", true);
-    row("greater number", board, "0010", "4=0,65535,1 10=9,65535,0", "4,0, 2", true);
-    row("negative number", board, "-1", "4=0,65535,1 65535=9,65535,0", "4,0, 2", true);
-    row("number above 16 bits", board, "65540", "4=9,65535,0", "4,9, 0", true);
-    row("hexadecimal number", board, "0x3", unchanged, "1,9, 0", true);
-    row("letters as number", board, "one", unchanged, "1,9, 0", true);
-    row("empty number", board, "", unchanged, "1,9, 0", true);
-    row("fraction as number", board, "1.5", unchanged, "1,9, 0", true);
-}
-
-void TestGpib::typedTextIsTakenOrReverted()
-{
-    QFETCH(const int, column);
-    QFETCH(const QString, typed);
-    openBoards({{1, {9, 96, 0}}, {4, {}}});
-    typeIntoCell(0, column, typed);
-    QTEST(isRedrawn(), "isRedrawn");
-    QTEST(rowText(fields(0)), "fields");
-    QTEST(boardsAfterOk(), "boards");
-}
-
-void TestGpib::renumberingMovesTheBoardOfTheRow()
-{
-    openBoards({{1, {9, 96, 0}}, {4, {8, 97, 0}}, {5, {}}});
-    typeIntoCell(1, DeviceItem::BoardNumberColumn, QStringLiteral("7"));
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,96,0 5=0,65535,1 7=8,65535,0"));
-}
-
-void TestGpib::keysEndAnEdit_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("after");
-    QTest::newRow("Escape") << int{Qt::Key_Escape} << "1=9,96,0";
-    QTest::newRow("Enter") << int{Qt::Key_Enter} << "1=7,65535,0";
-}
-
-/// Neither key closes the dialog.
-void TestGpib::keysEndAnEdit()
-{
-    QFETCH(const int, key);
-    openBoards({{1, {9, 96, 0}}});
-    typeIntoCell(0, DeviceItem::PrimaryAddressColumn, QStringLiteral("7"),
-                 static_cast<Qt::Key>(key));
-    QVERIFY(dialog().isVisible());
-    QCOMPARE(boards(), QStringLiteral("1=9,96,0"));
-    QTEST(boardsAfterOk(), "after");
-}
-
-void TestGpib::doubleClickEditsACell()
-{
-    openBoards({{1, {}}});
-    const QPoint point = tree().visualRect(cell(0, DeviceItem::PrimaryAddressColumn)).center();
-    QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
-    QTest::mouseDClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
-    QVERIFY(cellEditor() != nullptr);
-    QTest::keyClicks(cellEditor(), QStringLiteral("30"));
-    QTest::keyClick(cellEditor(), Qt::Key_Tab);
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=30,65535,1"));
-}
-
-void TestGpib::checkBoxIsTaken_data()
-{
-    QTest::addColumn<bool>("byKey");
-    QTest::newRow("click") << false;
-    QTest::newRow("Space") << true;
-}
-
-void TestGpib::checkBoxIsTaken()
-{
-    QFETCH(const bool, byKey);
-    openBoards({{1, {9, 96, 1}}, {4, {8, 97, 0}}, {5, {7, 98, 3}}});
-    for (const int row : {0, 1}) {
-        if (byKey) {
-            tree().setFocus();
-            tree().setCurrentItem(fields(row), DeviceItem::SystemControllerColumn);
-            QTest::keyClick(&tree(), Qt::Key_Space);
-        } else {
-            clickCheckBox(row);
-        }
-    }
-    QVERIFY(!isRedrawn());
-    QCOMPARE(rowText(fields(0)), QStringLiteral("1,9, 0"));
-    QCOMPARE(rowText(fields(1)), QStringLiteral("4,8, 2"));
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,65535,0 4=8,65535,1 5=7,98,3"));
-}
-
-void TestGpib::editOfABoardsRowIsReverted()
-{
-    openBoards({{1, {9, 96, 0}}});
-    board(0)->setText(1, QStringLiteral("in another column"));
-    QVERIFY(!isRedrawn());
-    QCOMPARE(board(0)->text(1), QStringLiteral("in another column"));
-    board(0)->setText(0, QStringLiteral("Device 2"));
-    QVERIFY(isRedrawn());
-    QCOMPARE(rowText(board(0)), QStringLiteral("Device 1,, -"));
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=9,96,0"));
-}
-
-void TestGpib::allBoardNumbersFit()
-{
-    Boards expected;
-    for (int number = 0; number < 65535; ++number) {
-        expected[static_cast<unsigned short>(number)].primaryAddress = 3;
-    }
-    setBoards(expected);
-    open();
-    QCOMPARE(tree().topLevelItemCount(), 65535);
-    dialog().addDevice();
-    QCOMPARE(tree().topLevelItemCount(), 65536);
-    QCOMPARE(board(65535)->text(0), QStringLiteral("Device 65535"));
-    dialog().addDevice();
-    QCOMPARE(tree().topLevelItemCount(), 65536);
-    QCOMPARE(fields(0)->text(1), QStringLiteral("0"));
-    tree().setCurrentItem(fields(65534));
-    dialog().removeDevice();
-    clickOk();
-    expected[0] = {};
-    expected.erase(65534);
-    expected[65535] = {};
-    QVERIFY(model().getGpibProperties() == expected);
-}
-
-void TestGpib::cancelKeepsTheModel()
-{
-    openBoards({{1, {9, 96, 0}}});
-    typeIntoCell(0, DeviceItem::BoardNumberColumn, QStringLiteral("3"));
-    clickButton("addButton");
-    clickCancel();
-    QCOMPARE(boards(), QStringLiteral("1=9,96,0"));
-    QVERIFY(!model().isDirty());
-}
-
-void TestGpib::menuHoldsTheActionsOfThePoint_data()
-{
-    QTest::addColumn<QByteArray>("point");
-    QTest::addColumn<int>("actions");
-    QTest::newRow("empty space") << QByteArray("empty") << 1;
-    QTest::newRow("board") << QByteArray("board") << 2;
-    QTest::newRow("child row") << QByteArray("fields") << 2;
-}
-
-void TestGpib::menuHoldsTheActionsOfThePoint()
-{
-    QFETCH(const QByteArray, point);
-    QFETCH(const int, actions);
-    openBoards({{1, {}}});
-    const QPoint place = point == "empty"   ? emptySpace()
-                         : point == "board" ? centreOf(board(0))
-                                            : centreOf(fields(0));
-    const QPointer<QMenu> menu = openMenu(place);
-    QVERIFY(menu != nullptr);
-    QCOMPARE(menu->pos(), tree().viewport()->mapToGlobal(place));
-    QCOMPARE(menu->parent(), &dialog());
-    const QList<QAction*> all{&widget<QAction>("actionAdd_Device"),
-                              &widget<QAction>("actionRemove_Device")};
-    QCOMPARE(menu->actions(), all.mid(0, actions));
-    QTest::keyClick(menu, Qt::Key_Down);
-    QTest::keyClick(menu, Qt::Key_Return);
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1 2=0,65535,1"));
-}
-
-void TestGpib::menuRemovesTheBoardOfAClickedRow()
-{
-    openBoards({{1, {}}, {2, {}}});
-    const QPointer<QMenu> menu = openMenu(centreOf(fields(1)));
-    QVERIFY(menu != nullptr);
-    QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
-                      menu->actionGeometry(menu->actions().last()).center());
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
-}
-
-void TestGpib::closedMenuIsDeleted()
-{
-    openBoards({{1, {}}});
-    const QPointer<QMenu> menu = openMenu(emptySpace());
-    QVERIFY(menu != nullptr);
-    QTest::keyClick(menu, Qt::Key_Escape);
-    QTRY_VERIFY(menu == nullptr);
-    QVERIFY(dialog().isVisible());
-    QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
-}
-
-static const guitest::Registration<TestGpib> s_registration;
+static const guitest::Registration<TestGpib> s_registerGpib;
 #include "TestGpib.moc"

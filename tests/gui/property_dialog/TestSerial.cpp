@@ -13,21 +13,209 @@ class TestSerial : public guitest::PropertyDialogTest
     Q_OBJECT
 
 private slots:
-    void firstListedPortIsShown();
-    void portWithoutEntryShowsDefaults();
-    void recordIsShownAndReadBack_data();
-    void recordIsShownAndReadBack();
-    void unlistedNumberIsInsertedAtTheTop();
-    void okStoresTheChosenItems();
-    void noFlowControlSelectedIsNone();
-    void editsAreKeptWhenThePortChanges();
-    void everyPortThatWasShownGetsAnEntry();
-    void portsWithOneNumberShareAnEntry();
-    void setDefaultIsStoredOnOk();
-    void setDefaultIsKeptWhenThePortChanges();
-    void cancelDiscardsEditsOfAllPorts();
-    void secondOkStoresNoPort();
-    void systemGroupIsHiddenAndInert();
+    void firstListedPortIsShown()
+    {
+        setPorts({{1, {300, 5, 0, 0, 0}}, {3, {115200, 7, 2, 4, 1}}});
+        construct("resource ASRL3::INSTR\nresource ASRL1::INSTR\n");
+        QCOMPARE(combo("comboBoxSerialInterface").currentIndex(), 0);
+        QCOMPARE(shown(), QStringLiteral("115200 7 2 Space XON/XOFF"));
+    }
+
+    void portWithoutEntryShowsDefaults()
+    {
+        setPorts({{3, {300, 5, 0, 0, 0}}});
+        construct(s_twoPorts);
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
+    }
+
+    void recordIsShownAndReadBack_data()
+    {
+        QTest::addColumn<QvVisa::SSerialProperties>("stored");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("readBack");
+        const auto row = [](QvVisa::SSerialProperties stored, const char* fields,
+                            const char* readBack) {
+            QTest::addRow("%s", qPrintable(text(QvVisa::SerialPropertiesMap{{1, stored}})))
+                << stored << QString::fromLatin1(fields) << QString::fromLatin1(readBack);
+        };
+
+        row({9600, 8, 0, 0, 0}, "9600 8 1 None None", "1=9600,8,0,0,0");
+        row({300, 5, 1, 1, 1}, "300 5 1,5 Odd XON/XOFF", "1=300,5,1,1,1");
+        row({921600, 7, 2, 2, 2}, "921600 7 2 Even RTS/CTS", "1=921600,7,2,2,2");
+        row({19200, 6, 0, 3, 6}, "19200 6 1 Mark RTS/CTS + DTR/DSR", "1=19200,6,0,3,6");
+        row({57600, 8, 0, 4, 0}, "57600 8 1 Space None", "1=57600,8,0,4,0");
+        // Every other flow control shows the last item, which is stored as 6.
+        for (const int code : {3, 4, 5, 7, 255}) {
+            row({9600, 8, 0, 0, static_cast<std::uint8_t>(code)}, "9600 8 1 None RTS/CTS + DTR/DSR",
+                "1=9600,8,0,0,6");
+        }
+        // Codes without an item select none, which is stored as 255.
+        row({9600, 8, 3, 5, 0}, "9600 8   None", "1=9600,8,255,255,0");
+        row({9600, 8, 255, 255, 0}, "9600 8   None", "1=9600,8,255,255,0");
+        // Numbers without an item are inserted.
+        row({250000, 8, 0, 0, 0}, "250000 8 1 None None", "1=250000,8,0,0,0");
+        row({0, 0, 0, 0, 0}, "0 0 1 None None", "1=0,0,0,0,0");
+        row({9601, 9, 0, 0, 0}, "9601 9 1 None None", "1=9601,9,0,0,0");
+        row({1, 255, 0, 0, 0}, "1 255 1 None None", "1=1,255,0,0,0");
+        row({2147483647, 8, 0, 0, 0}, "2147483647 8 1 None None", "1=2147483647,8,0,0,0");
+        // A rate above 31 bits does not convert back.
+        row({2147483648, 8, 0, 0, 0}, "2147483648 8 1 None None", "1=0,8,0,0,0");
+        row({4294967295, 8, 0, 0, 0}, "4294967295 8 1 None None", "1=0,8,0,0,0");
+    }
+
+    void recordIsShownAndReadBack()
+    {
+        QFETCH(const QvVisa::SSerialProperties, stored);
+        QFETCH(const QString, readBack);
+        setPorts({{1, stored}});
+        const QString before = ports();
+        open(s_onePort);
+        QTEST(shown(), "fields");
+        clickOk();
+        QCOMPARE(ports(), readBack);
+        QCOMPARE(model().isDirty(), before != readBack);
+    }
+
+    void unlistedNumberIsInsertedAtTheTop()
+    {
+        setPorts({{1, {250000, 9, 0, 0, 0}}, {3, {12345, 8, 0, 0, 0}}});
+        open(s_twoPorts);
+        const QComboBox& rates = combo("comboBoxQvBaudrate");
+        const QComboBox& dataBits = combo("comboBoxQvDatabits");
+        QCOMPARE(rates.count(), 17);
+        QCOMPARE(rates.currentIndex(), 0);
+        QCOMPARE(rates.itemText(0), QStringLiteral("250000"));
+        QCOMPARE(rates.itemData(0), QVariant(250000U));
+        QCOMPARE(rates.itemText(1), QStringLiteral("300"));
+        QCOMPARE(dataBits.count(), 5);
+        QCOMPARE(dataBits.currentIndex(), 0);
+        QCOMPARE(dataBits.itemData(0), QVariant(9U));
+        // It stays below the next one, and is not inserted twice.
+        choosePort("ASRL3::INSTR");
+        choosePort("ASRL1::INSTR");
+        QCOMPARE(rates.count(), 18);
+        QCOMPARE(rates.itemText(0), QStringLiteral("12345"));
+        QCOMPARE(rates.currentIndex(), 1);
+        QCOMPARE(combo("comboBoxOsBaudrate").count(), 16);
+    }
+
+    void okStoresTheChosenItems()
+    {
+        open(s_onePort);
+        choose("comboBoxQvBaudrate", "921600");
+        choose("comboBoxQvDatabits", "5");
+        choose("comboBoxQvStopbits", "1,5");
+        choose("comboBoxQvParity", "Mark");
+        choose("comboBoxQvFlowControl", "RTS/CTS + DTR/DSR");
+        QCOMPARE(ports(), QString());
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=921600,5,1,3,6"));
+    }
+
+    void noFlowControlSelectedIsNone()
+    {
+        setPorts({{1, {9600, 8, 0, 0, 2}}});
+        open(s_onePort);
+        combo("comboBoxQvFlowControl").setCurrentIndex(-1);
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0"));
+    }
+
+    void editsAreKeptWhenThePortChanges()
+    {
+        open(s_twoPorts);
+        choose("comboBoxQvBaudrate", "1200");
+        choosePort("ASRL3::INSTR");
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
+        choose("comboBoxQvParity", "Even");
+        choosePort("ASRL1::INSTR");
+        QCOMPARE(shown(), QStringLiteral("1200 8 1 None None"));
+        choosePort("ASRL3::INSTR");
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 Even None"));
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=1200,8,0,0,0 3=9600,8,0,2,0"));
+    }
+
+    void everyPortThatWasShownGetsAnEntry()
+    {
+        setPorts({{7, {300, 7, 2, 1, 6}}});
+        open("resource ASRL1::INSTR\nresource ASRL2::INSTR\nresource ASRL3::INSTR\n");
+        choosePort("ASRL2::INSTR");
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 2=9600,8,0,0,0 7=300,7,2,1,6"));
+        QVERIFY(model().isDirty());
+    }
+
+    void portsWithOneNumberShareAnEntry()
+    {
+        open("resource ASRL4::INSTR\nresource ASRL/dev/tty interface=ASRL,4\n");
+        choose("comboBoxQvBaudrate", "600");
+        choosePort("ASRL/dev/tty");
+        QCOMPARE(shown(), QStringLiteral("600 8 1 None None"));
+    }
+
+    void setDefaultIsStoredOnOk()
+    {
+        setPorts({{1, {250000, 9, 2, 4, 6}}, {7, {300, 7, 2, 1, 6}}});
+        open(s_onePort);
+        clickSetDefault();
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
+        clickCancel();
+        QCOMPARE(ports(), QStringLiteral("1=250000,9,2,4,6 7=300,7,2,1,6"));
+        QVERIFY(!model().isDirty());
+        open(s_onePort);
+        clickSetDefault();
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 7=300,7,2,1,6"));
+    }
+
+    void setDefaultIsKeptWhenThePortChanges()
+    {
+        setPorts({{1, {300, 7, 2, 1, 6}}});
+        open(s_twoPorts);
+        clickSetDefault();
+        choosePort("ASRL3::INSTR");
+        choosePort("ASRL1::INSTR");
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
+    }
+
+    void cancelDiscardsEditsOfAllPorts()
+    {
+        setPorts({{1, {300, 7, 2, 1, 6}}});
+        open(s_twoPorts);
+        choose("comboBoxQvBaudrate", "1200");
+        choosePort("ASRL3::INSTR");
+        clickCancel();
+        QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6"));
+        QVERIFY(!model().isDirty());
+    }
+
+    void secondOkStoresNoPort()
+    {
+        open(s_onePort).accept();
+        choose("comboBoxQvBaudrate", "1200");
+        dialog().accept();
+        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0"));
+    }
+
+    void systemGroupIsHiddenAndInert()
+    {
+        setPorts({{1, {300, 7, 2, 1, 6}}});
+        open(s_onePort);
+        QVERIFY(widget<QWidget>("groupBoxQvVisa").isVisible());
+        QVERIFY(!widget<QWidget>("groupBoxOs").isVisible());
+        QCOMPARE(shown("Os"), QStringLiteral("300 5 1 None None"));
+        combo("comboBoxOsBaudrate").setCurrentIndex(5);
+        combo("comboBoxOsParity").setCurrentIndex(3);
+        const QSignalSpy clicked(&widget<QPushButton>("btnDefaultOs"), SIGNAL(clicked()));
+        widget<QPushButton>("btnDefaultOs").click();
+        QCOMPARE(clicked.count(), 1);
+        QCOMPARE(shown("Os"), QStringLiteral("4800 5 1 Mark None"));
+        QCOMPARE(shown(), QStringLiteral("300 7 2 Odd RTS/CTS + DTR/DSR"));
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6"));
+        QVERIFY(!model().isDirty());
+    }
 
 private:
     /// "9600 8 1 None None": the current items of a group, "Qv" or "Os".
@@ -62,209 +250,5 @@ private:
     }
 };
 
-void TestSerial::firstListedPortIsShown()
-{
-    setPorts({{1, {300, 5, 0, 0, 0}}, {3, {115200, 7, 2, 4, 1}}});
-    construct("resource ASRL3::INSTR\nresource ASRL1::INSTR\n");
-    QCOMPARE(combo("comboBoxSerialInterface").currentIndex(), 0);
-    QCOMPARE(shown(), QStringLiteral("115200 7 2 Space XON/XOFF"));
-}
-
-void TestSerial::portWithoutEntryShowsDefaults()
-{
-    setPorts({{3, {300, 5, 0, 0, 0}}});
-    construct(s_twoPorts);
-    QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-}
-
-void TestSerial::recordIsShownAndReadBack_data()
-{
-    QTest::addColumn<QvVisa::SSerialProperties>("stored");
-    QTest::addColumn<QString>("fields");
-    QTest::addColumn<QString>("readBack");
-    const auto row = [](QvVisa::SSerialProperties stored, const char* fields,
-                        const char* readBack) {
-        QTest::addRow("%s", qPrintable(text(QvVisa::SerialPropertiesMap{{1, stored}})))
-            << stored << QString::fromLatin1(fields) << QString::fromLatin1(readBack);
-    };
-
-    row({9600, 8, 0, 0, 0}, "9600 8 1 None None", "1=9600,8,0,0,0");
-    row({300, 5, 1, 1, 1}, "300 5 1,5 Odd XON/XOFF", "1=300,5,1,1,1");
-    row({921600, 7, 2, 2, 2}, "921600 7 2 Even RTS/CTS", "1=921600,7,2,2,2");
-    row({19200, 6, 0, 3, 6}, "19200 6 1 Mark RTS/CTS + DTR/DSR", "1=19200,6,0,3,6");
-    row({57600, 8, 0, 4, 0}, "57600 8 1 Space None", "1=57600,8,0,4,0");
-    // Every other flow control shows the last item, which is stored as 6.
-    for (const int code : {3, 4, 5, 7, 255}) {
-        row({9600, 8, 0, 0, static_cast<std::uint8_t>(code)}, "9600 8 1 None RTS/CTS + DTR/DSR",
-            "1=9600,8,0,0,6");
-    }
-    // Codes without an item select none, which is stored as 255.
-    row({9600, 8, 3, 5, 0}, "9600 8   None", "1=9600,8,255,255,0");
-    row({9600, 8, 255, 255, 0}, "9600 8   None", "1=9600,8,255,255,0");
-    // Numbers without an item are inserted.
-    row({250000, 8, 0, 0, 0}, "250000 8 1 None None", "1=250000,8,0,0,0");
-    row({0, 0, 0, 0, 0}, "0 0 1 None None", "1=0,0,0,0,0");
-    row({9601, 9, 0, 0, 0}, "9601 9 1 None None", "1=9601,9,0,0,0");
-    row({1, 255, 0, 0, 0}, "1 255 1 None None", "1=1,255,0,0,0");
-    row({2147483647, 8, 0, 0, 0}, "2147483647 8 1 None None", "1=2147483647,8,0,0,0");
-    // A rate above 31 bits does not convert back.
-    row({2147483648, 8, 0, 0, 0}, "2147483648 8 1 None None", "1=0,8,0,0,0");
-    row({4294967295, 8, 0, 0, 0}, "4294967295 8 1 None None", "1=0,8,0,0,0");
-}
-
-void TestSerial::recordIsShownAndReadBack()
-{
-    QFETCH(const QvVisa::SSerialProperties, stored);
-    QFETCH(const QString, readBack);
-    setPorts({{1, stored}});
-    const QString before = ports();
-    open(s_onePort);
-    QTEST(shown(), "fields");
-    clickOk();
-    QCOMPARE(ports(), readBack);
-    QCOMPARE(model().isDirty(), before != readBack);
-}
-
-void TestSerial::unlistedNumberIsInsertedAtTheTop()
-{
-    setPorts({{1, {250000, 9, 0, 0, 0}}, {3, {12345, 8, 0, 0, 0}}});
-    open(s_twoPorts);
-    const QComboBox& rates = combo("comboBoxQvBaudrate");
-    const QComboBox& dataBits = combo("comboBoxQvDatabits");
-    QCOMPARE(rates.count(), 17);
-    QCOMPARE(rates.currentIndex(), 0);
-    QCOMPARE(rates.itemText(0), QStringLiteral("250000"));
-    QCOMPARE(rates.itemData(0), QVariant(250000U));
-    QCOMPARE(rates.itemText(1), QStringLiteral("300"));
-    QCOMPARE(dataBits.count(), 5);
-    QCOMPARE(dataBits.currentIndex(), 0);
-    QCOMPARE(dataBits.itemData(0), QVariant(9U));
-    // It stays below the next one, and is not inserted twice.
-    choosePort("ASRL3::INSTR");
-    choosePort("ASRL1::INSTR");
-    QCOMPARE(rates.count(), 18);
-    QCOMPARE(rates.itemText(0), QStringLiteral("12345"));
-    QCOMPARE(rates.currentIndex(), 1);
-    QCOMPARE(combo("comboBoxOsBaudrate").count(), 16);
-}
-
-void TestSerial::okStoresTheChosenItems()
-{
-    open(s_onePort);
-    choose("comboBoxQvBaudrate", "921600");
-    choose("comboBoxQvDatabits", "5");
-    choose("comboBoxQvStopbits", "1,5");
-    choose("comboBoxQvParity", "Mark");
-    choose("comboBoxQvFlowControl", "RTS/CTS + DTR/DSR");
-    QCOMPARE(ports(), QString());
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=921600,5,1,3,6"));
-}
-
-void TestSerial::noFlowControlSelectedIsNone()
-{
-    setPorts({{1, {9600, 8, 0, 0, 2}}});
-    open(s_onePort);
-    combo("comboBoxQvFlowControl").setCurrentIndex(-1);
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0"));
-}
-
-void TestSerial::editsAreKeptWhenThePortChanges()
-{
-    open(s_twoPorts);
-    choose("comboBoxQvBaudrate", "1200");
-    choosePort("ASRL3::INSTR");
-    QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-    choose("comboBoxQvParity", "Even");
-    choosePort("ASRL1::INSTR");
-    QCOMPARE(shown(), QStringLiteral("1200 8 1 None None"));
-    choosePort("ASRL3::INSTR");
-    QCOMPARE(shown(), QStringLiteral("9600 8 1 Even None"));
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=1200,8,0,0,0 3=9600,8,0,2,0"));
-}
-
-void TestSerial::everyPortThatWasShownGetsAnEntry()
-{
-    setPorts({{7, {300, 7, 2, 1, 6}}});
-    open("resource ASRL1::INSTR\nresource ASRL2::INSTR\nresource ASRL3::INSTR\n");
-    choosePort("ASRL2::INSTR");
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 2=9600,8,0,0,0 7=300,7,2,1,6"));
-    QVERIFY(model().isDirty());
-}
-
-void TestSerial::portsWithOneNumberShareAnEntry()
-{
-    open("resource ASRL4::INSTR\nresource ASRL/dev/tty interface=ASRL,4\n");
-    choose("comboBoxQvBaudrate", "600");
-    choosePort("ASRL/dev/tty");
-    QCOMPARE(shown(), QStringLiteral("600 8 1 None None"));
-}
-
-void TestSerial::setDefaultIsStoredOnOk()
-{
-    setPorts({{1, {250000, 9, 2, 4, 6}}, {7, {300, 7, 2, 1, 6}}});
-    open(s_onePort);
-    clickSetDefault();
-    QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-    clickCancel();
-    QCOMPARE(ports(), QStringLiteral("1=250000,9,2,4,6 7=300,7,2,1,6"));
-    QVERIFY(!model().isDirty());
-    open(s_onePort);
-    clickSetDefault();
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 7=300,7,2,1,6"));
-}
-
-void TestSerial::setDefaultIsKeptWhenThePortChanges()
-{
-    setPorts({{1, {300, 7, 2, 1, 6}}});
-    open(s_twoPorts);
-    clickSetDefault();
-    choosePort("ASRL3::INSTR");
-    choosePort("ASRL1::INSTR");
-    QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-}
-
-void TestSerial::cancelDiscardsEditsOfAllPorts()
-{
-    setPorts({{1, {300, 7, 2, 1, 6}}});
-    open(s_twoPorts);
-    choose("comboBoxQvBaudrate", "1200");
-    choosePort("ASRL3::INSTR");
-    clickCancel();
-    QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6"));
-    QVERIFY(!model().isDirty());
-}
-
-void TestSerial::secondOkStoresNoPort()
-{
-    open(s_onePort).accept();
-    choose("comboBoxQvBaudrate", "1200");
-    dialog().accept();
-    QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0"));
-}
-
-void TestSerial::systemGroupIsHiddenAndInert()
-{
-    setPorts({{1, {300, 7, 2, 1, 6}}});
-    open(s_onePort);
-    QVERIFY(widget<QWidget>("groupBoxQvVisa").isVisible());
-    QVERIFY(!widget<QWidget>("groupBoxOs").isVisible());
-    QCOMPARE(shown("Os"), QStringLiteral("300 5 1 None None"));
-    combo("comboBoxOsBaudrate").setCurrentIndex(5);
-    combo("comboBoxOsParity").setCurrentIndex(3);
-    const QSignalSpy clicked(&widget<QPushButton>("btnDefaultOs"), SIGNAL(clicked()));
-    widget<QPushButton>("btnDefaultOs").click();
-    QCOMPARE(clicked.count(), 1);
-    QCOMPARE(shown("Os"), QStringLiteral("4800 5 1 Mark None"));
-    QCOMPARE(shown(), QStringLiteral("300 7 2 Odd RTS/CTS + DTR/DSR"));
-    clickOk();
-    QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6"));
-    QVERIFY(!model().isDirty());
-}
-
-static const guitest::Registration<TestSerial> s_registration;
+static const guitest::Registration<TestSerial> s_registerSerial;
 #include "TestSerial.moc"

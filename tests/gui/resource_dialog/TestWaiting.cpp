@@ -112,133 +112,125 @@ class TestWaiting : public guitest::ResourceDialogTest
     Q_OBJECT
 
 private slots:
-    void constructionDoesNotWait();
-    void showAndRefreshWaitForTheSearch_data();
-    void showAndRefreshWaitForTheSearch();
-    void showAfterTheSearchDoesNotWait();
-    void listIsCompleteWhenTheSearchEndsBetweenConstructionAndShow();
-    void secondSearchWaitsForTheFirst();
-    void copiesOfTheCacheAreComplete();
+    /// The case does not end if the constructor waits.
+    void constructionDoesNotWait()
+    {
+        QCOMPARE(cached(), QStringLiteral("before"));
+        const HeldSearch search(bench(), "resource b\n");
+        QVERIFY(search.isHeld());
+        QCOMPARE(cached(), QString());
+    }
+
+    void showAndRefreshWaitForTheSearch_data()
+    {
+        QTest::addColumn<bool>("isRefresh");
+        QTest::addColumn<std::size_t>("calls");
+        QTest::newRow("show, without a search of its own") << false << std::size_t{8};
+        QTest::newRow("refresh, then searches itself") << true << std::size_t{16};
+    }
+
+    void showAndRefreshWaitForTheSearch()
+    {
+        QFETCH(const bool, isRefresh);
+        construct();
+        if (isRefresh) {
+            show();
+        }
+        const HeldSearch search(bench(), "resource b\nresource a\nresource c\n");
+        QVERIFY(search.isHeld());
+        WaitingDialog waiting(
+            dialog(), [this] { return box().isEnabled() || refresh().isEnabled(); }, search);
+        if (isRefresh) {
+            clickRefresh();
+        } else {
+            show();
+        }
+        waiting.end();
+        QVERIFY(waiting.showedWaitCursor());
+        QVERIFY(!waiting.wasEnabled());
+        QVERIFY(waiting.wasBlocked());
+        QVERIFY(QGuiApplication::overrideCursor() == nullptr);
+        QCOMPARE(dialog().cursor().shape(), Qt::ArrowCursor);
+        QVERIFY(box().isEnabled() && refresh().isEnabled());
+        QCOMPARE(listed(), QStringLiteral("a b c"));
+        QTEST(bench().calls().size(), "calls");
+    }
+
+    void showAfterTheSearchDoesNotWait()
+    {
+        construct();
+        std::optional<HeldSearch> search(std::in_place, bench(), "resource b\n");
+        QVERIFY(search->isHeld());
+        search.reset();
+        // Constructed before the search, the dialog keeps its copy.
+        show();
+        QCOMPARE(listed(), QStringLiteral("before"));
+        open();
+        QCOMPARE(listed(), QStringLiteral("b"));
+    }
+
+    void listIsCompleteWhenTheSearchEndsBetweenConstructionAndShow()
+    {
+        std::optional<HeldSearch> search(std::in_place, bench(), "resource b\nresource a\n");
+        QVERIFY(search->isHeld());
+        construct();
+        search.reset();
+        QCOMPARE(list().count(), 0);
+        show();
+        QCOMPARE(listed(), QStringLiteral("a b"));
+    }
+
+    void secondSearchWaitsForTheFirst()
+    {
+        std::optional<HeldSearch> first(std::in_place, bench(), "resource b\n");
+        QVERIFY(first->isHeld());
+        std::promise<guitest::BlockedThread> started;
+        std::thread second([&started] {
+            started.set_value(guitest::BlockedThread());
+            gui::ResourceDialog::updateResourceList();
+        });
+        const guitest::BlockedThread secondThread = started.get_future().get();
+        while (!secondThread.isBlocked()) {
+            std::this_thread::yield();
+        }
+        first.reset();
+        second.join();
+        const std::vector<std::string> calls = bench().calls();
+        QCOMPARE(calls.size(), std::size_t{12});
+        for (const std::size_t half : {std::size_t{0}, std::size_t{6}}) {
+            QVERIFY(calls[half].rfind("viOpenDefaultRM", 0) == 0);
+            QVERIFY(calls[half + 3].rfind("viFindRsrc", 0) == 0);
+            QVERIFY(calls[half + 5].rfind("viClose", 0) == 0);
+        }
+        QCOMPARE(cached(), QStringLiteral("b"));
+    }
+
+    /// Empty, or the result of one search.
+    void copiesOfTheCacheAreComplete()
+    {
+        scan("resource c\nresource a\nresource b\n");
+        std::atomic<bool> isOver{false};
+        std::thread searches([&isOver] {
+            for (int i = 0; i < 100; ++i) {
+                gui::ResourceDialog::updateResourceList();
+            }
+            isOver = true;
+        });
+        QStringList others;
+        while (!isOver) {
+            const QString copy = cached();
+            if (!copy.isEmpty() && copy != QLatin1String("a b c")) {
+                others.append(copy);
+            }
+        }
+        searches.join();
+        QCOMPARE(others, QStringList());
+        QCOMPARE(cached(), QStringLiteral("a b c"));
+    }
 
 private:
     void setUp() override { scan("resource before\n"); }
 };
 
-/// The case does not end if the constructor waits.
-void TestWaiting::constructionDoesNotWait()
-{
-    QCOMPARE(cached(), QStringLiteral("before"));
-    const HeldSearch search(bench(), "resource b\n");
-    QVERIFY(search.isHeld());
-    QCOMPARE(cached(), QString());
-}
-
-void TestWaiting::showAndRefreshWaitForTheSearch_data()
-{
-    QTest::addColumn<bool>("isRefresh");
-    QTest::addColumn<std::size_t>("calls");
-    QTest::newRow("show, without a search of its own") << false << std::size_t{8};
-    QTest::newRow("refresh, then searches itself") << true << std::size_t{16};
-}
-
-void TestWaiting::showAndRefreshWaitForTheSearch()
-{
-    QFETCH(const bool, isRefresh);
-    construct();
-    if (isRefresh) {
-        show();
-    }
-    const HeldSearch search(bench(), "resource b\nresource a\nresource c\n");
-    QVERIFY(search.isHeld());
-    WaitingDialog waiting(
-        dialog(), [this] { return box().isEnabled() || refresh().isEnabled(); }, search);
-    if (isRefresh) {
-        clickRefresh();
-    } else {
-        show();
-    }
-    waiting.end();
-    QVERIFY(waiting.showedWaitCursor());
-    QVERIFY(!waiting.wasEnabled());
-    QVERIFY(waiting.wasBlocked());
-    QVERIFY(QGuiApplication::overrideCursor() == nullptr);
-    QCOMPARE(dialog().cursor().shape(), Qt::ArrowCursor);
-    QVERIFY(box().isEnabled() && refresh().isEnabled());
-    QCOMPARE(listed(), QStringLiteral("a b c"));
-    QTEST(bench().calls().size(), "calls");
-}
-
-void TestWaiting::showAfterTheSearchDoesNotWait()
-{
-    construct();
-    std::optional<HeldSearch> search(std::in_place, bench(), "resource b\n");
-    QVERIFY(search->isHeld());
-    search.reset();
-    // Constructed before the search, the dialog keeps its copy.
-    show();
-    QCOMPARE(listed(), QStringLiteral("before"));
-    open();
-    QCOMPARE(listed(), QStringLiteral("b"));
-}
-
-void TestWaiting::listIsCompleteWhenTheSearchEndsBetweenConstructionAndShow()
-{
-    std::optional<HeldSearch> search(std::in_place, bench(), "resource b\nresource a\n");
-    QVERIFY(search->isHeld());
-    construct();
-    search.reset();
-    QCOMPARE(list().count(), 0);
-    show();
-    QCOMPARE(listed(), QStringLiteral("a b"));
-}
-
-void TestWaiting::secondSearchWaitsForTheFirst()
-{
-    std::optional<HeldSearch> first(std::in_place, bench(), "resource b\n");
-    QVERIFY(first->isHeld());
-    std::promise<guitest::BlockedThread> started;
-    std::thread second([&started] {
-        started.set_value(guitest::BlockedThread());
-        gui::ResourceDialog::updateResourceList();
-    });
-    const guitest::BlockedThread secondThread = started.get_future().get();
-    while (!secondThread.isBlocked()) {
-        std::this_thread::yield();
-    }
-    first.reset();
-    second.join();
-    const std::vector<std::string> calls = bench().calls();
-    QCOMPARE(calls.size(), std::size_t{12});
-    for (const std::size_t half : {std::size_t{0}, std::size_t{6}}) {
-        QVERIFY(calls[half].rfind("viOpenDefaultRM", 0) == 0);
-        QVERIFY(calls[half + 3].rfind("viFindRsrc", 0) == 0);
-        QVERIFY(calls[half + 5].rfind("viClose", 0) == 0);
-    }
-    QCOMPARE(cached(), QStringLiteral("b"));
-}
-
-/// Empty, or the result of one search.
-void TestWaiting::copiesOfTheCacheAreComplete()
-{
-    scan("resource c\nresource a\nresource b\n");
-    std::atomic<bool> isOver{false};
-    std::thread searches([&isOver] {
-        for (int i = 0; i < 100; ++i) {
-            gui::ResourceDialog::updateResourceList();
-        }
-        isOver = true;
-    });
-    QStringList others;
-    while (!isOver) {
-        const QString copy = cached();
-        if (!copy.isEmpty() && copy != QLatin1String("a b c")) {
-            others.append(copy);
-        }
-    }
-    searches.join();
-    QCOMPARE(others, QStringList());
-    QCOMPARE(cached(), QStringLiteral("a b c"));
-}
-
-static const guitest::Registration<TestWaiting> s_registration;
+static const guitest::Registration<TestWaiting> s_registerWaiting;
 #include "TestWaiting.moc"

@@ -10,22 +10,20 @@ public:
     TestWithoutLibrary() : ResourceDialogTest(Visa::None) {}
 
 private slots:
-    void searchAndRefreshListNothing();
+    void searchAndRefreshListNothing()
+    {
+        gui::ResourceDialog::updateResourceList();
+        open();
+        QCOMPARE(list().count(), 0);
+        list().addItem(QStringLiteral("of the test"));
+        clickRefresh();
+        QCOMPARE(list().count(), 0);
+        QVERIFY(refresh().isEnabled() && box().isEnabled());
+        guitest::clickButton(dialog(), QDialogButtonBox::Ok);
+        QCOMPARE(dialog().result(), int{QDialog::Accepted});
+        QCOMPARE(dialog().getResource(), QString());
+    }
 };
 
-void TestWithoutLibrary::searchAndRefreshListNothing()
-{
-    gui::ResourceDialog::updateResourceList();
-    open();
-    QCOMPARE(list().count(), 0);
-    list().addItem(QStringLiteral("of the test"));
-    clickRefresh();
-    QCOMPARE(list().count(), 0);
-    QVERIFY(refresh().isEnabled() && box().isEnabled());
-    guitest::clickButton(dialog(), QDialogButtonBox::Ok);
-    QCOMPARE(dialog().result(), int{QDialog::Accepted});
-    QCOMPARE(dialog().getResource(), QString());
-}
-
-static const guitest::Registration<TestWithoutLibrary> s_registration;
+static const guitest::Registration<TestWithoutLibrary> s_registerWithoutLibrary;
 #include "TestWithoutLibrary.moc"

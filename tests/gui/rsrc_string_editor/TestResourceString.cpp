@@ -24,76 +24,74 @@ class TestResourceString : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void partsAreComposed_data();
-    void partsAreComposed();
+    void partsAreComposed_data()
+    {
+        QTest::addColumn<InterfaceType>("type");
+        QTest::addColumn<QString>("parts");
+        QTest::addColumn<QString>("resource");
+        const auto row = [](const char* name, InterfaceType type, const char* parts,
+                            const char* resource) {
+            QTest::newRow(name) << type << QString::fromUtf8(parts) << QString::fromUtf8(resource);
+        };
+        const char* all = "7|host|3|99|0x1|2|SN";
+
+        const auto vxi11 = InterfaceType::Vxi11;
+        row("VXI-11", vxi11, "0|192.168.1.10|0", "TCPIP0::192.168.1.10::inst0::INSTR");
+        row("VXI-11 all parts", vxi11, all, "TCPIP7::host::inst3::INSTR");
+        row("VXI-11 empty", vxi11, "", "TCPIP::::inst::INSTR");
+        row("VXI-11 trims", vxi11, " 1\t| a |\t2 ", "TCPIP1::a::inst2::INSTR");
+
+        const auto hiSlip = InterfaceType::HiSlip;
+        row("HiSLIP default port", hiSlip, "0|meter1|0|4880", "TCPIP0::meter1::hislip0::INSTR");
+        row("HiSLIP all parts", hiSlip, all, "TCPIP7::host::hislip3,99::INSTR");
+        row("HiSLIP other port", hiSlip, "0|a|0|4881", "TCPIP0::a::hislip0,4881::INSTR");
+        row("HiSLIP no port", hiSlip, "0|a|1|", "TCPIP0::a::hislip1::INSTR");
+        row("HiSLIP port compared as text", hiSlip, "0|a|0|04880",
+            "TCPIP0::a::hislip0,04880::INSTR");
+        row("HiSLIP trims all but the port", hiSlip, " 0 | a | 0 | 4880 ",
+            "TCPIP0::a::hislip0, 4880 ::INSTR");
+        row("HiSLIP blank port", hiSlip, "0|a|0| ", "TCPIP0::a::hislip0, ::INSTR");
+        row("HiSLIP empty", hiSlip, "", "TCPIP::::hislip::INSTR");
+
+        const auto socket = InterfaceType::Socket;
+        row("socket", socket, "0|192.168.1.10|0|5025", "TCPIP0::192.168.1.10::5025::SOCKET");
+        row("socket all parts", socket, all, "TCPIP7::host::99::SOCKET");
+        row("socket no port", socket, "0|host|0|", "TCPIP0::host::SOCKET");
+        row("socket blank port", socket, "0|host|0| ", "TCPIP0::host::SOCKET");
+        row("socket trims", socket, " 2 | a || 80 ", "TCPIP2::a::80::SOCKET");
+        row("socket with the port of HiSLIP", socket, "0|a|0|4880", "TCPIP0::a::4880::SOCKET");
+        row("socket empty", socket, "", "TCPIP::::SOCKET");
+
+        const auto qvib = InterfaceType::Qvib;
+        row("QVIB all parts", qvib, all, "QVIB::host");
+        row("QVIB trims", qvib, "| a ", "QVIB::a");
+        row("QVIB empty", qvib, "", "QVIB::");
+
+        const auto usb = InterfaceType::Usb;
+        row("USB", usb, "0||||0x1234|0x5678|SN100", "USB0::0x1234::0x5678::SN100::INSTR");
+        row("USB all parts", usb, all, "USB7::0x1::2::SN::INSTR");
+        row("USB decimal", usb, "0||||4660|22136|1", "USB0::4660::22136::1::INSTR");
+        row("USB keeps case", usb, "0||||0xAbCd|0xeF|sN", "USB0::0xAbCd::0xeF::sN::INSTR");
+        row("USB no serial number", usb, "0||||0x0000|0x0000|", "USB0::0x0000::0x0000::::INSTR");
+        row("USB trims", usb, " 1 |||| 0x1 | 2 | S N ", "USB1::0x1::2::S N::INSTR");
+        row("USB empty", usb, "", "USB::::::::INSTR");
+
+        const auto serial = InterfaceType::Serial;
+        row("serial all parts", serial, all, "ASRL7::INSTR");
+        row("serial trims", serial, " 12 ", "ASRL12::INSTR");
+        row("serial empty", serial, "", "ASRL::INSTR");
+
+        row("no interface", static_cast<InterfaceType>(-1), all, "");
+        row("GPIB, which the list does not offer", static_cast<InterfaceType>(6), all, "");
+    }
+
+    void partsAreComposed()
+    {
+        QFETCH(const InterfaceType, type);
+        QFETCH(const QString, parts);
+        QTEST(gui::composeResourceString(type, partsOf(parts)), "resource");
+    }
 };
 
-void TestResourceString::partsAreComposed_data()
-{
-    QTest::addColumn<InterfaceType>("type");
-    QTest::addColumn<QString>("parts");
-    QTest::addColumn<QString>("resource");
-    const auto row = [](const char* name, InterfaceType type, const char* parts,
-                        const char* resource) {
-        QTest::newRow(name) << type << QString::fromUtf8(parts) << QString::fromUtf8(resource);
-    };
-    const char* all = "7|host|3|99|0x1|2|SN";
-
-    const auto vxi11 = InterfaceType::Vxi11;
-    row("VXI-11", vxi11, "0|192.168.1.10|0", "TCPIP0::192.168.1.10::inst0::INSTR");
-    row("VXI-11 all parts", vxi11, all, "TCPIP7::host::inst3::INSTR");
-    row("VXI-11 empty", vxi11, "", "TCPIP::::inst::INSTR");
-    row("VXI-11 trims", vxi11, " 1\t| a |\t2 ", "TCPIP1::a::inst2::INSTR");
-
-    const auto hiSlip = InterfaceType::HiSlip;
-    row("HiSLIP default port", hiSlip, "0|meter1|0|4880", "TCPIP0::meter1::hislip0::INSTR");
-    row("HiSLIP all parts", hiSlip, all, "TCPIP7::host::hislip3,99::INSTR");
-    row("HiSLIP other port", hiSlip, "0|a|0|4881", "TCPIP0::a::hislip0,4881::INSTR");
-    row("HiSLIP no port", hiSlip, "0|a|1|", "TCPIP0::a::hislip1::INSTR");
-    row("HiSLIP port compared as text", hiSlip, "0|a|0|04880", "TCPIP0::a::hislip0,04880::INSTR");
-    row("HiSLIP trims all but the port", hiSlip, " 0 | a | 0 | 4880 ",
-        "TCPIP0::a::hislip0, 4880 ::INSTR");
-    row("HiSLIP blank port", hiSlip, "0|a|0| ", "TCPIP0::a::hislip0, ::INSTR");
-    row("HiSLIP empty", hiSlip, "", "TCPIP::::hislip::INSTR");
-
-    const auto socket = InterfaceType::Socket;
-    row("socket", socket, "0|192.168.1.10|0|5025", "TCPIP0::192.168.1.10::5025::SOCKET");
-    row("socket all parts", socket, all, "TCPIP7::host::99::SOCKET");
-    row("socket no port", socket, "0|host|0|", "TCPIP0::host::SOCKET");
-    row("socket blank port", socket, "0|host|0| ", "TCPIP0::host::SOCKET");
-    row("socket trims", socket, " 2 | a || 80 ", "TCPIP2::a::80::SOCKET");
-    row("socket with the port of HiSLIP", socket, "0|a|0|4880", "TCPIP0::a::4880::SOCKET");
-    row("socket empty", socket, "", "TCPIP::::SOCKET");
-
-    const auto qvib = InterfaceType::Qvib;
-    row("QVIB all parts", qvib, all, "QVIB::host");
-    row("QVIB trims", qvib, "| a ", "QVIB::a");
-    row("QVIB empty", qvib, "", "QVIB::");
-
-    const auto usb = InterfaceType::Usb;
-    row("USB", usb, "0||||0x1234|0x5678|SN100", "USB0::0x1234::0x5678::SN100::INSTR");
-    row("USB all parts", usb, all, "USB7::0x1::2::SN::INSTR");
-    row("USB decimal", usb, "0||||4660|22136|1", "USB0::4660::22136::1::INSTR");
-    row("USB keeps case", usb, "0||||0xAbCd|0xeF|sN", "USB0::0xAbCd::0xeF::sN::INSTR");
-    row("USB no serial number", usb, "0||||0x0000|0x0000|", "USB0::0x0000::0x0000::::INSTR");
-    row("USB trims", usb, " 1 |||| 0x1 | 2 | S N ", "USB1::0x1::2::S N::INSTR");
-    row("USB empty", usb, "", "USB::::::::INSTR");
-
-    const auto serial = InterfaceType::Serial;
-    row("serial all parts", serial, all, "ASRL7::INSTR");
-    row("serial trims", serial, " 12 ", "ASRL12::INSTR");
-    row("serial empty", serial, "", "ASRL::INSTR");
-
-    row("no interface", static_cast<InterfaceType>(-1), all, "");
-    row("GPIB, which the list does not offer", static_cast<InterfaceType>(6), all, "");
-}
-
-void TestResourceString::partsAreComposed()
-{
-    QFETCH(const InterfaceType, type);
-    QFETCH(const QString, parts);
-    QTEST(gui::composeResourceString(type, partsOf(parts)), "resource");
-}
-
-static const guitest::Registration<TestResourceString> s_registration;
+static const guitest::Registration<TestResourceString> s_registerResourceString;
 #include "TestResourceString.moc"
