@@ -222,7 +222,7 @@ void fillStore(QvVisa::ConfigurationFile& store, const std::string& name, unsign
     store.setProvider(count);
 }
 
-bool isWhole(const std::string& path)
+bool isWholeFile(const std::string& path)
 {
     QvVisa::ModernConfigurationFile file(path);
     std::unordered_map<std::string, std::string> aliases;
@@ -270,12 +270,12 @@ TEST(SaveBesideOthers, LeaveOneWholeFileToAReaderAtAnyTime)
         ASSERT_GT(writer, 0);
         int status = 0;
         while (::waitpid(writer, &status, WNOHANG) == 0) {
-            broken += isWhole(configuration.path()) ? 0 : 1;
+            broken += isWholeFile(configuration.path()) ? 0 : 1;
             ++reads;
         }
         EXPECT_EQ(status, 0) << "a saver met something broken";
     }
-    EXPECT_TRUE(isWhole(configuration.path()));
+    EXPECT_TRUE(isWholeFile(configuration.path()));
     EXPECT_EQ(broken, 0) << "of " << reads << " reads";
     EXPECT_GT(reads, 0);
     EXPECT_EQ(countIn(configuration.path().parent_path()), 3) << "beside the two folders";
