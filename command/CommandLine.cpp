@@ -134,6 +134,7 @@ ExitCode runCommandLine(const std::vector<std::string>& arguments, const Streams
     addLintCommand(line);
     addDiffCommand(line);
     addMergeCommand(line);
+    addFindCommand(line);
     addDoctorCommand(line);
     const ExitCode code = line.run(arguments);
     streams.out.flush();

@@ -18,6 +18,7 @@ void addApplyCommand(CommandLine& line);
 void addLintCommand(CommandLine& line);
 void addDiffCommand(CommandLine& line);
 void addMergeCommand(CommandLine& line);
+void addFindCommand(CommandLine& line);
 void addDoctorCommand(CommandLine& line);
 
 } // namespace QvVisa

@@ -36,9 +36,23 @@ std::string_view severityWord(Severity severity)
     return {};
 }
 
+nlohmann::ordered_json errorToJson(const CommandError& error)
+{
+    nlohmann::ordered_json object;
+    object["schema"] = "qvvisa-error/1";
+    object["exit"] = static_cast<int>(error.code());
+    object["message"] = pathToUtf8(error.what());
+    return object;
+}
+
 void Output::data(std::string_view bytes)
 {
     m_streams.out << bytes;
+}
+
+void Output::flushData()
+{
+    m_streams.out.flush();
 }
 
 void Output::json(const nlohmann::ordered_json& object)
@@ -73,11 +87,7 @@ void Output::message(Severity severity, std::string_view text)
 void Output::error(const CommandError& error)
 {
     if (m_isJson) {
-        nlohmann::ordered_json object;
-        object["schema"] = "qvvisa-error/1";
-        object["exit"] = static_cast<int>(error.code());
-        object["message"] = pathToUtf8(error.what());
-        json(object);
+        json(errorToJson(error));
     } else {
         message(Severity::Error, error.what());
     }

@@ -42,6 +42,9 @@ struct Streams
     std::size_t outWidth = 0;
 };
 
+/// The qvvisa-error/1 object.
+nlohmann::ordered_json errorToJson(const CommandError& error);
+
 /// What a command prints: data on standard output, messages on standard error. All texts are
 /// UTF-8; convert what comes from a file with latin1ToUtf8() first.
 class Output
@@ -61,6 +64,9 @@ public:
 
     /// Bytes on standard output as they are.
     void data(std::string_view bytes);
+
+    /// Writes what data() has gathered, so that it is before the messages that follow.
+    void flushData();
 
     /// One object on standard output, on one line.
     void json(const nlohmann::ordered_json& object);

@@ -27,7 +27,6 @@ constexpr ViStatus VI_WARN_NULL_OBJECT = visaWarning(0x0082);
 constexpr ViStatus VI_WARN_UNKNOWN_STATUS = visaWarning(0x0085);
 
 constexpr ViStatus VI_ERROR_INV_SESSION = VI_ERROR_INV_OBJECT;
-constexpr ViStatus VI_ERROR_INV_EXPR = visaError(0x0010);
 constexpr ViStatus VI_ERROR_INV_RSRC_NAME = visaError(0x0012);
 constexpr ViStatus VI_ERROR_INV_ACC_MODE = visaError(0x0013);
 constexpr ViStatus VI_ERROR_TMO = visaError(0x0015);

@@ -48,6 +48,7 @@ constexpr ViStatus visaError(ViUInt32 code)
 }
 constexpr ViStatus VI_ERROR_SYSTEM_ERROR = visaError(0x0000);
 constexpr ViStatus VI_ERROR_INV_OBJECT = visaError(0x000E);
+constexpr ViStatus VI_ERROR_INV_EXPR = visaError(0x0010);
 constexpr ViStatus VI_ERROR_RSRC_NFOUND = visaError(0x0011);
 constexpr ViStatus VI_ERROR_LIBRARY_NFOUND = visaError(0x009E);
 

@@ -39,10 +39,10 @@ _qvvisa() {
     else
         current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     fi
-    local commands='where init list get set unset rename add remove serial gpib provider apply lint diff doctor merge'
+    local commands='where init list get set unset rename add remove serial gpib provider apply lint diff find doctor merge'
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
-        -f | --file | --color) i=$((i + 1)) ;;
+        -f | --file | --color | --timeout) i=$((i + 1)) ;;
         -*) ;;
         *)
             command=${COMP_WORDS[i]}
@@ -68,6 +68,7 @@ _qvvisa() {
         _qvvisa_offer "$current" < <(printf '%s\n' gcc github)
         return
         ;;
+    --timeout) return ;;
     esac
     if [[ $current == -* ]]; then
         local options='--file --json --color --quiet --help'
@@ -79,6 +80,7 @@ _qvvisa() {
         lint) options+=' --fix --notes --fail-on --ignore --format' ;;
         diff) options+=' --window' ;;
         doctor) options+=' --list --timeout --no-library' ;;
+        find) options+=' --missing --identify --timeout' ;;
         init | merge) ;;
         *) options+=' --check --diff --backup --exit-code --force' ;;
         esac
@@ -134,6 +136,9 @@ _qvvisa() {
         ;;
     doctor)
         _qvvisa_offer "$current" < <(qvvisa doctor --list 2>/dev/null | sed 's/ .*//')
+        ;;
+    find)
+        _qvvisa_offer "$current" < <(printf '%s\n' {GPIB,USB,TCPIP,ASRL}'?*')
         ;;
     init | apply | lint | diff | merge)
         mapfile -t COMPREPLY < <(compgen -f -- "$current")

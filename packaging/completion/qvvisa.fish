@@ -36,7 +36,7 @@ function __qvvisa_arguments_of -a command
     for word in $words[2..-1]
         if test $skip -eq 1
             set skip 0
-        else if contains -- $word -f --file --color
+        else if contains -- $word -f --file --color --timeout
             set skip 1
         else if not string match -q -- '-*' $word
             set -a seen $word
@@ -49,7 +49,7 @@ function __qvvisa_needs_command
     not __fish_seen_subcommand_from $__qvvisa_commands
 end
 
-set -g __qvvisa_commands where init list get set unset rename add remove serial gpib provider apply lint diff doctor merge
+set -g __qvvisa_commands where init list get set unset rename add remove serial gpib provider apply lint diff find doctor merge
 set -l editing set unset rename add remove serial gpib provider apply
 
 complete -c qvvisa -f
@@ -72,6 +72,10 @@ complete -c qvvisa -n '__fish_seen_subcommand_from diff' -l window
 complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l list
 complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l timeout -x
 complete -c qvvisa -n '__fish_seen_subcommand_from doctor' -l no-library
+complete -c qvvisa -n '__fish_seen_subcommand_from find' -l missing
+complete -c qvvisa -n '__fish_seen_subcommand_from find' -l identify
+complete -c qvvisa -n '__fish_seen_subcommand_from find' -l timeout -x
+complete -c qvvisa -n '__qvvisa_arguments_of find 0 0' -a "'GPIB?*' 'USB?*' 'TCPIP?*' 'ASRL?*'"
 for option in check diff backup exit-code force
     complete -c qvvisa -n "__fish_seen_subcommand_from $editing" -l $option
 end

@@ -8,6 +8,7 @@ A case is a folder with these files; only argv is required:
   argv      the arguments, one on each line
   in.conf   visa.conf in the working folder, which QVVISACONFFILE names, before the run
   out.conf  the same after the run; without it the file must be unchanged
+  bench     a bench file: the VISA simulator is the library; without it there is none
   stdin     standard input; empty without it
   stdout    standard output; empty without it
   stderr    standard error; empty without it
@@ -16,7 +17,8 @@ A case is a folder with these files; only argv is required:
   files/    further files of the working folder
   after/    files that the working folder must have after the run, with these contents
 
-FOLDER in env, stdout and stderr is the working folder's path. Every other file of the working
+FOLDER in env, stdout and stderr is the working folder's path, SIMULATOR the simulator's folder, which
+the environment variable QVVISA_SIMULATOR names. Every other file of the working
 folder must be as before, and none may be added.
 """
 
@@ -31,6 +33,7 @@ import unittest
 PROGRAM = pathlib.Path(sys.argv[1]).resolve()
 CASES = pathlib.Path(sys.argv[2]).resolve()
 FILE = "visa.conf"
+LIBRARY_PATH = "DYLD_LIBRARY_PATH" if sys.platform == "darwin" else "LD_LIBRARY_PATH"
 
 
 def content(path, default=b""):
@@ -57,11 +60,16 @@ class Case(unittest.TestCase):
                 shutil.copyfile(case / "in.conf", folder / FILE)
                 # Some output depends on whether the file was changed in this very second.
                 os.utime(folder / FILE, (1_000_000_000, 1_000_000_000))
+            if (case / "bench").exists():
+                shutil.copyfile(case / "bench", folder / "bench")
             expected_files = tree(folder)
             environment = {"PATH": os.environ["PATH"], "HOME": name, "QVVISACONFFILE": FILE}
             for option in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"):
                 if option in os.environ:
                     environment[option] = os.environ[option]
+            simulator = os.environ["QVVISA_SIMULATOR"]
+            if (case / "bench").exists():
+                environment.update({LIBRARY_PATH: simulator, "QVVISA_BENCH": f"{name}/bench"})
             here = name.encode()
             for line in content(case / "env").replace(b"FOLDER", here).splitlines():
                 variable, _, value = os.fsdecode(line).partition("=")
@@ -86,8 +94,8 @@ class Case(unittest.TestCase):
             self.assertEqual(
                 (
                     result.returncode,
-                    result.stdout.replace(here, b"FOLDER"),
-                    result.stderr.replace(here, b"FOLDER"),
+                    result.stdout.replace(here, b"FOLDER").replace(simulator.encode(), b"SIMULATOR"),
+                    result.stderr.replace(here, b"FOLDER").replace(simulator.encode(), b"SIMULATOR"),
                     tree(folder),
                 ),
                 (

@@ -38,6 +38,8 @@ ROWS = [
     ("qvvisa list --li", ["--lines"], ["--check"]),
     ("qvvisa --color ", ["auto", "always", "never"], ["list"]),
     ("qvvisa apply lin", ["lines.txt"], []),
+    ("qvvisa find --mi", ["--missing"], ["--check"]),
+    ("qvvisa find --timeout 3 --id", ["--identify"], []),
 ]
 
 BASH = r"""

@@ -133,6 +133,15 @@ class Recipes(unittest.TestCase):
         (self.work / "visa.conf").write_text(HEADER + "A=GPIB0::1::INSTR # old\n")
         self.run_shell("git add -A; git commit -q -m bad", status=1)
 
+    def test_bench_complete(self):
+        bench = self.work / "bench"
+        bench.write_text("resource GPIB0::1::INSTR\nresource GPIB0::2::INSTR\n")
+        self.environment.update(LD_LIBRARY_PATH=os.environ["QVVISA_SIMULATOR"], QVVISA_BENCH=str(bench))
+        (self.work / "visa.conf").write_text(HEADER + "A=GPIB0::1::INSTR\nB=GPIB::2\n")
+        self.assertEqual(self.run_shell(RECIPES["bench-complete"]), "")
+        bench.write_text("resource GPIB0::1::INSTR\n")
+        self.assertEqual(self.run_shell(RECIPES["bench-complete"], status=1), "B  GPIB::2\n")
+
     def test_annotations(self):
         (self.work / "visa.conf").write_text(HEADER + "A=GPIB0::1::INSTR # old\n")
         output = self.run_shell(RECIPES["annotations"], status=1)

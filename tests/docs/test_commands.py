@@ -63,6 +63,12 @@ def runs_qvvisa(command):
         run(command, HOME, (0, 1))
 
 
+def searches_instruments(command):
+    """6 says that there is no VISA library."""
+    if (BUILD / "qvvisa").exists():
+        run(command, HOME, (0, 1, 6))
+
+
 def runs_in_an_empty_home(command):
     if (BUILD / "qvvisa").exists():
         run(f"HOME=$(mktemp -d -p $PWD) {command}", HOME)
@@ -139,6 +145,7 @@ RULES = [
     (r"build/release/fuzz/\w+ FILE", run),
     (r"(mkdir|echo|printf|cp|ls|cat) .*", runs_in_home),
     (r"qvvisa init", runs_in_an_empty_home),
+    (r"qvvisa (-\S+ \S+ )*find.*", searches_instruments),
     (r"([A-Z_]+=\S+ )*(build/release/)?qvvisa .*", runs_qvvisa),
 ]
 
