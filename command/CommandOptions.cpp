@@ -64,7 +64,14 @@ void CommandOptions::addTimeout(std::chrono::milliseconds& timeout, const std::s
     };
     m_app->add_option_function<double>("--timeout", store, description)
         ->type_name("SECONDS")
-        ->check(CLI::Range(least, most).description(""));
+        ->check(CLI::Validator(
+            [](const std::string& text) {
+                double seconds = 0;
+                const bool isValid =
+                    CLI::detail::lexical_cast(text, seconds) && seconds >= least && seconds <= most;
+                return isValid ? std::string() : "takes from 0.1 to 3600 seconds";
+            },
+            ""));
 }
 
 } // namespace QvVisa

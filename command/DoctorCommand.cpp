@@ -82,7 +82,7 @@ std::size_t countOf(const std::vector<CheckResult>& results, Mark mark)
 /// The mark, coloured like the severity that it is.
 std::string coloredMark(const Output& output, Mark mark)
 {
-    const std::string word(markWord(mark));
+    std::string word(markWord(mark));
     switch (mark) {
     case Mark::Ok:
         return word;

@@ -116,7 +116,7 @@ bool reportSpace(const Target& target, CheckReport& report)
     }
     const std::uintmax_t free = std::uintmax_t{system.f_bavail} * system.f_frsize;
     // A save needs room for the new text beside the old one.
-    constexpr std::uintmax_t spare = 64 * 1024;
+    constexpr std::uintmax_t spare = std::uintmax_t{64} * 1024;
     const std::uintmax_t needed = static_cast<std::uintmax_t>(target.status.st_size) + spare;
     if (free < needed) {
         report.problem("The file system of " + target.folder() + " has " + sizeText(free) +

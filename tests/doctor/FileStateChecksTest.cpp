@@ -23,7 +23,7 @@ TEST_F(FileState, TimeInTheFutureIsWarnedOf)
 {
     m_clock = 0;
     const std::int64_t now = std::time(nullptr);
-    support::setModificationTime(writeFile(), now + 3 * 86400 + 3600);
+    support::setModificationTime(writeFile(), now + 262'800);
     EXPECT_EQ(results("file.time"), "warning: The file's modification time is 3 days in the "
                                     "future: programs that compare times may miss changes.\n");
 }
