@@ -2,6 +2,7 @@
 #include "doctor/Check.h"
 
 #include "doctor/FileChecks.h"
+#include "doctor/InstrumentChecks.h"
 #include "doctor/MachineChecks.h"
 
 #include <algorithm>
@@ -50,6 +51,10 @@ const std::vector<Check>& checks()
          checkWindow},
         {"file.loses", "lines that a save in the window drops", File::Text, Library::Nothing,
          checkLoses},
+        {"instruments.missing", "aliases whose instrument was not found", File::Text,
+         Library::Required, checkMissing},
+        {"instruments.finder", "what the finder asked and left out, if it is the library",
+         File::Nothing, Library::Required, checkFinder},
         {"serial", "serial ports without settings, and settings without a port", File::Text,
          Library::Welcome, checkSerial},
         {"rights", "device files that this user may not open", File::Nothing, Library::Nothing,
