@@ -77,14 +77,6 @@ void replaceAll(std::string& text, std::string_view wanted, const std::string& r
     }
 }
 
-std::string expanded(std::string path, const std::string& programFolder)
-{
-    for (const std::string_view token : {"${ORIGIN}", "$ORIGIN", "@executable_path"}) {
-        replaceAll(path, token, programFolder);
-    }
-    return path;
-}
-
 std::vector<std::string> foldersOf(std::string_view libraryPath)
 {
     std::vector<std::string> folders;
@@ -154,15 +146,24 @@ LibrarySearch LibrarySearch::ofThisProgram()
     return search;
 }
 
+std::string expandedCandidate(const std::string& name, const LibrarySearch& search)
+{
+    std::string path = name;
+    for (const std::string_view token : {"${ORIGIN}", "$ORIGIN", "@executable_path"}) {
+        replaceAll(path, token, search.programFolder);
+    }
+    return path;
+}
+
 LibraryCandidate LibraryCandidate::find(const std::string& name, const LibrarySearch& search)
 {
     Files files;
     if (name.find('/') != std::string::npos) {
-        files.add(expanded(name, search.programFolder), Origin::Path);
+        files.add(expandedCandidate(name, search), Origin::Path);
         return {name, files.take()};
     }
     for (const std::string& folder : foldersOf(search.libraryPath)) {
-        files.add(expanded(folder, search.programFolder), name, Origin::LibraryPath);
+        files.add(expandedCandidate(folder, search), name, Origin::LibraryPath);
     }
     for (const std::string& path : pathsInLoaderCache(search.cache, name)) {
         files.add(path, Origin::Cache);

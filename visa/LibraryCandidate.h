@@ -25,6 +25,9 @@ struct LibrarySearch
     static LibrarySearch ofThisProgram();
 };
 
+/// A candidate that is a path with $ORIGIN or @executable_path, written out.
+std::string expandedCandidate(const std::string& name, const LibrarySearch& search);
+
 /// A file that a candidate's name could mean.
 struct CandidateFile
 {

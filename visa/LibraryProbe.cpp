@@ -193,7 +193,9 @@ ProbeEnd Probe::follow()
             return *ended;
         }
         if (Clock::now() >= m_deadline) {
-            return {m_report.isOpen() ? ProbeEnd::TimedOut : ProbeEnd::ReportLost, 0};
+            return m_report.isOpen()
+                       ? ProbeEnd{ProbeEnd::TimedOut, static_cast<int>(m_request.timeout.count())}
+                       : ProbeEnd{ProbeEnd::ReportLost, 0};
         }
         waitForNews();
     }

@@ -38,7 +38,7 @@ struct ProbeEnd
     {
         /// All calls were made.
         Finished,
-        /// Killed at the deadline.
+        /// Killed at the deadline; detail is the timeout in milliseconds.
         TimedOut,
         /// By a signal; detail is its number.
         Crashed,
@@ -150,6 +150,9 @@ struct ProbeReport
     std::uint64_t droppedEntries = 0;
     /// The list was not read to its end, because of mostResources or mostFailures.
     bool isListCut = false;
+    /// A viFindNext after the announced count delivered another entry, which the window never asks
+    /// for.
+    bool hasMoreThanCount = false;
     /// What the window would list: nothing unless viFindRsrc returned VI_SUCCESS, and no entry that
     /// was delivered with a warning. Sorted, with duplicates.
     std::vector<std::string> windowList;

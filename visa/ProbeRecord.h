@@ -24,6 +24,7 @@ enum class ProbeRecordKind : std::uint8_t
     Found,           ///< text: the resource; first: the status, second: FoundFlag values.
     EntryDropped,
     ListCut,
+    MoreFound,
     PortsSearched, ///< first: the status.
     PortFound,     ///< text: the resource; first: the status of viParseRsrc, second: the number.
     Identified,    ///< text: the answer; first: the status, second: the index of the resource.

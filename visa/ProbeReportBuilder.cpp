@@ -54,6 +54,9 @@ void ProbeReportBuilder::take(ProbeRecord record)
     case ProbeRecordKind::ListCut:
         m_report.isListCut = true;
         return;
+    case ProbeRecordKind::MoreFound:
+        m_report.hasMoreThanCount = true;
+        return;
     case ProbeRecordKind::PortsSearched:
         m_report.hasSearchedSerialPorts = true;
         m_report.serialSearchStatus = statusOf(record);

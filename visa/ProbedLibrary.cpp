@@ -164,9 +164,10 @@ void ProbedLibrary::close(ViObject object, const std::string& of)
     m_report.call("viClose" + of, [&] { return m_calls.close(object); });
 }
 
-ViStatus ProbedLibrary::findNext(ViFindList list)
+ViStatus ProbedLibrary::findNext(ViFindList list, const std::string& where)
 {
-    return m_report.call("viFindNext", [&] { return m_calls.findNext(list, m_buffer.data()); });
+    return m_report.call("viFindNext" + where,
+                         [&] { return m_calls.findNext(list, m_buffer.data()); });
 }
 
 std::string ProbedLibrary::description() const
@@ -215,6 +216,10 @@ void ProbedLibrary::readList(ViFindList list, ViUInt32 count)
             m_report.add(ProbeRecordKind::EntryDropped);
         }
     }
+    // The window does not ask; a count that is too small shortens its list.
+    if (findNext(list, " after the last") >= VI_SUCCESS) {
+        m_report.add(ProbeRecordKind::MoreFound);
+    }
 }
 
 void ProbedLibrary::reportFound(ViStatus status)
@@ -247,9 +252,10 @@ void ProbedLibrary::searchSerialPorts()
             const std::string resource = description();
             ViUInt16 type = 0;
             ViUInt16 number = 0;
-            const ViStatus parsed = m_report.call("viParseRsrc " + resource, [&] {
-                return m_calls.parseRsrc(manager, resource.c_str(), &type, &number);
-            });
+            const ViStatus parsed =
+                m_report.call("viParseRsrc " + (resource.empty() ? "\"\"" : resource), [&] {
+                    return m_calls.parseRsrc(manager, resource.c_str(), &type, &number);
+                });
             m_report.add(ProbeRecordKind::PortFound, resource, parsed, number);
             // As in the window, also called after the last one.
             if (findNext(list) != VI_SUCCESS) {

@@ -32,7 +32,7 @@ private:
     ViSession openManager();
     void setAttribute(ViSession session, ViAttr attribute, ViAttrState value);
     void close(ViObject object, const std::string& of = {});
-    ViStatus findNext(ViFindList list);
+    ViStatus findNext(ViFindList list, const std::string& where = {});
 
     void searchAll();
     void readList(ViFindList list, ViUInt32 count);

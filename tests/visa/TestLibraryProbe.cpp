@@ -75,7 +75,10 @@ std::string describe(const ProbeEnd& end)
 {
     static constexpr std::array<const char*, 6> kinds{"finished", "timed out",   "crashed",
                                                       "exited",   "report lost", "no child"};
-    return kinds.at(end.kind) + (end.detail != 0 ? ' ' + std::to_string(end.detail) : "");
+    const bool isTimeout = end.kind == ProbeEnd::TimedOut;
+    EXPECT_EQ(isTimeout, end.detail == hangingTimeout.count());
+    return kinds.at(end.kind) +
+           (!isTimeout && end.detail != 0 ? ' ' + std::to_string(end.detail) : "");
 }
 
 struct Misbehaviour
@@ -165,6 +168,7 @@ TEST(LibraryProbe, ReportsTheCallsOfTheWindowsSearchInTheirOrder)
                          "viSetAttribute 2 VI_SUCCESS",
                          "viFindRsrc ?* VI_SUCCESS",
                          "viFindNext 2 VI_SUCCESS",
+                         "viFindNext after the last VI_ERROR_RSRC_NFOUND",
                          "viClose 2 VI_SUCCESS",
                          "viOpenDefaultRM VI_SUCCESS",
                          "viSetAttribute VI_SUCCESS",
@@ -308,6 +312,15 @@ TEST(LibraryProbe, AnAnnouncedCountOfBillionsEndsAfterAThousandFailures)
     EXPECT_TRUE(report.isListCut);
     EXPECT_EQ(report.droppedEntries, ProbeReport::mostFailures);
     EXPECT_EQ(callsOf(report)[5], "viFindNext 1000 VI_ERROR_RSRC_NFOUND");
+}
+
+TEST(LibraryProbe, ACountThatIsTooSmallIsNoticed)
+{
+    const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=3\ncount 2\n");
+    const ProbeReport report = probeSimulator();
+    EXPECT_EQ(resourcesOf(report), (Texts{"ASRL1::INSTR", "ASRL2::INSTR"}));
+    EXPECT_TRUE(report.hasMoreThanCount);
+    EXPECT_FALSE(probe(QVVISA_MISBEHAVING_LIBRARY).hasMoreThanCount);
 }
 
 TEST(LibraryProbe, AnEndlessListIsCut)
