@@ -113,8 +113,7 @@ std::string pluginFile(const std::string& plugin)
     return plugin == "wayland" ? "libqwayland-generic.so" : "libq" + plugin + ".so";
 }
 
-/// Whether the window can be shown.
-bool checkPlatform(const visa::SystemFiles& files, CheckReport& report)
+void checkPlatform(const visa::SystemFiles& files, CheckReport& report)
 {
     Platform platform = platformOfEnvironment();
     const std::string wanted = environmentVariable("QT_QPA_PLATFORM");
@@ -123,19 +122,19 @@ bool checkPlatform(const visa::SystemFiles& files, CheckReport& report)
         report.warning("QT_QPA_PLATFORM is " + pathToUtf8(wanted) +
                            ": the window is not shown on a display.",
                        "Unset QT_QPA_PLATFORM.");
-        return false;
+        return;
     }
     if (platform.plugin.empty()) {
         report.note("There is no display (DISPLAY and WAYLAND_DISPLAY are not set), so the window "
                     "cannot be shown here; qvvisa needs none.",
                     "From another machine: ssh -X shows the window there.");
-        return false;
+        return;
     }
     if (platform.socket && !files.exists(*platform.socket)) {
         report.warning(platform.name + " leads to no display: " + pathToUtf8(*platform.socket) +
                            " does not exist.",
                        "Start the window from the desktop's own session.");
-        return false;
+        return;
     }
     const std::string plugin = named.empty() ? platform.plugin : named;
     if (!isInOneOf(files, pluginFolders(files), pluginFile(plugin))) {
@@ -143,10 +142,9 @@ bool checkPlatform(const visa::SystemFiles& files, CheckReport& report)
                            " was not found, so the window cannot be shown.",
                        plugin == "wayland" ? "Install the package qtwayland5."
                                            : "Install the package libqt5gui5.");
-        return false;
+        return;
     }
     report.ok("The window can be shown (" + platform.name + ").");
-    return true;
 }
 
 void checkDesktopEntry(const visa::SystemFiles& files, CheckReport& report)
@@ -175,9 +173,8 @@ void checkDisplay(const Machine& machine, CheckReport& report)
                     "not need it.");
         return;
     }
-    if (checkPlatform(machine.files, report)) {
-        checkDesktopEntry(machine.files, report);
-    }
+    checkPlatform(machine.files, report);
+    checkDesktopEntry(machine.files, report);
 #endif
 }
 

@@ -86,13 +86,7 @@ std::string commandOn(const std::string& command, const std::string& path)
     return command + ' ' + shellWord(path);
 }
 
-bool isBelowHome(const Machine& machine, const std::string& path)
-{
-    const std::string home = machine.environment.home.value_or("");
-    return !home.empty() && path.rfind(home + '/', 0) == 0;
-}
-
-void reportNotWritable(const Machine& machine, const Target& target, CheckReport& report)
+void reportNotWritable(const Target& target, CheckReport& report)
 {
     const int error = errno;
     const std::string path = target.place.path().string();
@@ -104,15 +98,11 @@ void reportNotWritable(const Machine& machine, const Target& target, CheckReport
                            rightsText(target.status.st_mode) + '.',
                        commandOn("chmod u+w", path));
     } else {
-        // That an ordinary user may not write it is usual for the system-wide file.
-        const bool isOfHome = isBelowHome(machine, path);
-        report.add(isOfHome ? Mark::Problem : Mark::Warning,
-                   target.path() + " may not be written by this user: it belongs to " +
-                       userName(target.status.st_uid) + ", its rights are " +
-                       rightsText(target.status.st_mode) + '.',
-                   isOfHome ? commandOn("sudo chown " + userName(::geteuid()), path)
-                            : "Copy it to ~/.quorvane/visa.conf and edit the copy, or ask its "
-                              "owner for the right to write it.");
+        report.problem(target.path() + " may not be written by this user: it belongs to " +
+                           userName(target.status.st_uid) + ", its rights are " +
+                           rightsText(target.status.st_mode) + '.',
+                       "Copy it to ~/.quorvane/visa.conf and edit the copy, or ask its owner for "
+                       "the right to write it.");
     }
 }
 
@@ -159,7 +149,7 @@ bool mayGiveGroup(const Target& target, const struct stat& folder)
 struct InPlaceReason
 {
     std::string text;
-    std::string remedy; ///< Empty: nothing to do about it.
+    std::string remedy;
 };
 
 /// Why a save cannot replace the file as a whole; empty when it can.
@@ -172,11 +162,11 @@ std::vector<InPlaceReason> reasonsForInPlace(const Target& target)
     struct stat folderStatus = {};
     const bool isRoot = ::geteuid() == 0;
     if (target.status.st_nlink > 1) {
-        reasons.push_back(
-            {"it has " + std::to_string(target.status.st_nlink) + " names (hard links)",
-             "To part it from the others: " + commandOn("cp -p", path) + ' ' +
-                 shellWord(path + ".new") + " && " + commandOn("mv", path + ".new") + ' ' +
-                 shellWord(path)});
+        reasons.push_back({"it has " + std::to_string(target.status.st_nlink) +
+                               " names (hard links), which would no longer be the same file",
+                           "To part it from the others: " + commandOn("cp -p", path) + ' ' +
+                               shellWord(path + ".new") + " && " + commandOn("mv", path + ".new") +
+                               ' ' + shellWord(path)});
     }
     if (attributes.isMountPoint) {
         reasons.push_back({"it is a mount point, as in a container", ""});
@@ -220,7 +210,7 @@ void checkWrite(const Machine& machine, CheckReport& report)
                        commandOn(isImmutable ? "sudo chattr -i" : "sudo chattr -a",
                                  target->place.path().string()));
     } else if (!isWritable(folder, name.c_str(), W_OK)) {
-        reportNotWritable(machine, *target, report);
+        reportNotWritable(*target, report);
     } else if (!reportSpace(*target, report)) {
         report.ok("This user can write the file.");
     }
@@ -239,16 +229,10 @@ void checkHow(const Machine& machine, CheckReport& report)
     if (reasons.empty()) {
         report.ok("A save replaces the file as a whole, so an interruption cannot tear it.");
     }
-    std::vector<std::string> texts;
-    std::string remedy;
     for (const InPlaceReason& reason : reasons) {
-        texts.push_back(reason.text);
-        remedy = remedy.empty() ? reason.remedy : remedy;
-    }
-    if (!texts.empty()) {
-        report.note("A save overwrites the file in place, since " + enumerated(texts) +
+        report.note("A save overwrites the file in place, since " + reason.text +
                         "; a power cut may tear it.",
-                    remedy);
+                    reason.remedy);
     }
 }
 

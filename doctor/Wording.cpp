@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "doctor/Wording.h"
 
+#include "visa/StatusNames.h"
+
 #include <algorithm>
 #include <array>
 #include <system_error>
@@ -34,6 +36,39 @@ std::string errorText(int error)
         text[0] = static_cast<char>(text[0] - 'A' + 'a');
     }
     return text;
+}
+
+std::string durationText(std::chrono::nanoseconds duration)
+{
+    constexpr std::int64_t perMillisecond = 1000000;
+    constexpr std::int64_t longInMilliseconds = 1000;
+    const auto tenths = [](std::int64_t number) {
+        return std::to_string(number / 10) + '.' + std::to_string(number % 10);
+    };
+    if (duration < std::chrono::microseconds(100)) {
+        return "<0.1 ms";
+    }
+    const std::int64_t milliseconds = duration.count() / perMillisecond;
+    if (milliseconds >= longInMilliseconds) {
+        const bool isWhole = milliseconds / 100 % 10 == 0;
+        return (isWhole ? std::to_string(milliseconds / 1000) : tenths(milliseconds / 100)) + " s";
+    }
+    return (milliseconds >= 10 ? std::to_string(milliseconds)
+                               : tenths(duration.count() / (perMillisecond / 10))) +
+           " ms";
+}
+
+std::string statusText(ViStatus status)
+{
+    const char* const description = visa::statusDescription(status);
+    if (description == nullptr) {
+        return visa::statusName(status);
+    }
+    std::string text = description;
+    if (!text.empty() && text.back() == '.') {
+        text.pop_back();
+    }
+    return visa::statusName(status) + " (" + text + ')';
 }
 
 std::string sizeText(std::uintmax_t bytes)

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "visa/VisaApi.h"
+
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -19,5 +22,11 @@ std::string errorText(int error);
 
 /// "1.5 MB"; powers of 1000.
 std::string sizeText(std::uintmax_t bytes);
+
+/// "<0.1 ms", "0.3 ms", "150 ms", "1.5 s", "10 s".
+std::string durationText(std::chrono::nanoseconds duration);
+
+/// "VI_ERROR_TMO (the operation timed out)".
+std::string statusText(ViStatus status);
 
 } // namespace QvVisa

@@ -75,7 +75,8 @@ private slots:
 
     void sizeAndPositionAreNotClamped_data()
     {
-        columns<QSize, QPoint>("size", "position");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QPoint>("position");
         QTest::newRow("on the screen") << QSize(345, 234) << QPoint(56, 78);
         QTest::newRow("left of the screen") << QSize(320, 210) << QPoint(-5000, 10);
         QTest::newRow("above the screen") << QSize(320, 210) << QPoint(10, -5000);
@@ -158,7 +159,8 @@ private slots:
 
     void stateIsReadAsAFlag_data()
     {
-        columns<QVariant, bool>("value", "maximised");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("maximised");
         QTest::newRow("true") << QVariant(true) << true;
         QTest::newRow("false") << QVariant(false) << false;
         QTest::newRow("1") << QVariant(1) << true;
@@ -199,7 +201,8 @@ private slots:
 
     void storedTabIsOpened_data()
     {
-        columns<QVariant, int>("value", "expected");
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<int>("expected");
         QTest::newRow("none") << QVariant() << 0;
         QTest::newRow("second") << QVariant(1) << 1;
         QTest::newRow("last") << QVariant(3) << 3;

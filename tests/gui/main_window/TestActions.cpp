@@ -96,7 +96,9 @@ private slots:
 
     void findAndEditAfterARemoval_data()
     {
-        columns<int, int, bool>("rows", "row", "enabled");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("enabled");
         QTest::newRow("first of three") << 3 << 0 << true;
         QTest::newRow("second of three") << 3 << 1 << true;
         QTest::newRow("last of three") << 3 << 2 << true;

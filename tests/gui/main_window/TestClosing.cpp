@@ -68,7 +68,10 @@ private slots:
 
     void answerDecidesOnSavingAndClosing_data()
     {
-        columns<Answer, bool, bool, bool>("answer", "inEditor", "closes", "saves");
+        QTest::addColumn<Answer>("answer");
+        QTest::addColumn<bool>("inEditor");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<bool>("saves");
         for (const bool inEditor : {false, true}) {
             const auto row = [inEditor](const char* name, const Answer& answer, bool closes,
                                         bool saves) {

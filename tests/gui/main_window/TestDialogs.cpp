@@ -118,7 +118,9 @@ private slots:
 
     void addKeepsTextsUncleaned_data()
     {
-        columns<QByteArray, QByteArray, QString>("resource", "alias", "row");
+        QTest::addColumn<QByteArray>("resource");
+        QTest::addColumn<QByteArray>("alias");
+        QTest::addColumn<QString>("row");
         const auto row = [](const char* name, const char* resource, const char* alias,
                             const char* added) {
             QTest::newRow(name) << QByteArray(resource) << QByteArray(alias)
@@ -285,7 +287,8 @@ private slots:
 
     void tableIsRepaintedAfterADialog_data()
     {
-        columns<QByteArray, bool>("slot", "isFind");
+        QTest::addColumn<QByteArray>("slot");
+        QTest::addColumn<bool>("isFind");
         QTest::newRow("Edit") << QByteArray("rsrcStringEditorEdit") << false;
         QTest::newRow("Find Resource") << QByteArray("findResource") << true;
     }

@@ -67,7 +67,9 @@ class TestIcons : public guitest::MainWindowTest
 private slots:
     void keepsItsShapeInContrast_data()
     {
-        columns<QString, int, QRgb>("file", "size", "background");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<QRgb>("background");
         for (const QString& file : QDir(QStringLiteral(":/icons")).entryList()) {
             for (const int size : {16, 24}) {
                 // Qt's own light and dark window colours.
@@ -116,7 +118,8 @@ private slots:
 
     void disabledActionIsPlainToSee_data()
     {
-        columns<QByteArray, QRgb>("action", "background");
+        QTest::addColumn<QByteArray>("action");
+        QTest::addColumn<QRgb>("background");
         for (const char* action : {"actionSave", "actionEdit", "actionFind"}) {
             QTest::addRow("%s, light", action) << QByteArray(action) << qRgb(239, 239, 239);
             QTest::addRow("%s, dark", action) << QByteArray(action) << qRgb(53, 53, 53);

@@ -65,7 +65,8 @@ private slots:
 
     void tabKeyVisitsAPageFromTopToBottom_data()
     {
-        columns<QByteArray, QString>("page", "order");
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QString>("order");
         const auto row = [](const char* page, const char* order) {
             QTest::newRow(page) << QByteArray(page) << QString::fromLatin1(order);
         };

@@ -49,7 +49,8 @@ private slots:
 
     void okStoresTheTypedProvider_data()
     {
-        columns<QString, int>("typed", "provider");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("provider");
         QTest::newRow("nothing") << "" << 3674;
         QTest::newRow("blank") << " " << 3674;
         QTest::newRow("zero") << "0" << 0;
@@ -81,7 +82,8 @@ private slots:
 
     void okStoresAllThreeInOrder_data()
     {
-        columns<bool, QString>("editsProvider", "atFirstChange");
+        QTest::addColumn<bool>("editsProvider");
+        QTest::addColumn<QString>("atFirstChange");
         QTest::newRow("provider first") << true << "4086 2 300";
         QTest::newRow("then boards, then ports") << false << "3674 3 300";
     }
@@ -183,8 +185,10 @@ private slots:
 
     void eachConnectionIsMadeOnce_data()
     {
-        columns<QByteArray, QByteArray, QByteArray, QByteArray>("sender", "signal", "receiver",
-                                                                "slot");
+        QTest::addColumn<QByteArray>("sender");
+        QTest::addColumn<QByteArray>("signal");
+        QTest::addColumn<QByteArray>("receiver");
+        QTest::addColumn<QByteArray>("slot");
         const auto row = [](const char* sender, const char* signal, const char* receiver,
                             const char* slot) {
             QTest::addRow("%s to %s", sender, slot + 1) << QByteArray(sender) << QByteArray(signal)

@@ -29,7 +29,9 @@ class TestGpib : public guitest::PropertyDialogTest
 private slots:
     void itemHasARowAndAnEditableChild_data()
     {
-        columns<QvVisa::GpibPropertiesMap, QString, QString>("boards", "row", "child");
+        QTest::addColumn<QvVisa::GpibPropertiesMap>("boards");
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QString>("child");
         QTest::newRow("defaults") << Boards{{0, {}}} << "Device 0,, -"
                                   << "0,0, 2";
         QTest::newRow("no controller") << Boards{{5, {21, 65535, 0}}} << "Device 5,, -"
@@ -85,7 +87,8 @@ private slots:
 
     void addAppendsABoard_data()
     {
-        columns<QvVisa::GpibPropertiesMap, QString>("before", "after");
+        QTest::addColumn<QvVisa::GpibPropertiesMap>("before");
+        QTest::addColumn<QString>("after");
         QTest::newRow("first") << Boards() << "0=0,65535,1";
         QTest::newRow("after the last")
             << Boards{{0, {1, 2, 0}}, {5, {6, 7, 0}}} << "0=1,2,0 5=6,7,0 6=0,65535,1";
@@ -114,7 +117,9 @@ private slots:
 
     void removeRemovesTheSelectedBoard_data()
     {
-        columns<int, bool, QString>("row", "isChild", "after");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("isChild");
+        QTest::addColumn<QString>("after");
         QTest::newRow("no selection") << -1 << false << "1=0,65535,1 4=0,65535,1 9=0,65535,1";
         QTest::newRow("first") << 0 << false << "4=0,65535,1 9=0,65535,1";
         QTest::newRow("middle, child row") << 1 << true << "1=0,65535,1 9=0,65535,1";
@@ -141,8 +146,11 @@ private slots:
 
     void typedTextIsTakenOrReverted_data()
     {
-        columns<int, QString, QString, QString, bool>("column", "typed", "boards", "fields",
-                                                      "isRedrawn");
+        QTest::addColumn<int>("column");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("boards");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<bool>("isRedrawn");
         const int board = DeviceItem::BoardNumberColumn;
         const int address = DeviceItem::PrimaryAddressColumn;
         const auto row = [](const char* name, int column, const char* typed, const char* boards,
@@ -197,7 +205,8 @@ private slots:
 
     void keysEndAnEdit_data()
     {
-        columns<int, QString>("key", "after");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<QString>("after");
         QTest::newRow("Escape") << int{Qt::Key_Escape} << "1=9,96,0";
         QTest::newRow("Enter") << int{Qt::Key_Enter} << "1=7,65535,0";
     }
@@ -300,7 +309,8 @@ private slots:
 
     void menuHoldsTheActionsOfThePoint_data()
     {
-        columns<QByteArray, int>("point", "actions");
+        QTest::addColumn<QByteArray>("point");
+        QTest::addColumn<int>("actions");
         QTest::newRow("empty space") << QByteArray("empty") << 1;
         QTest::newRow("board") << QByteArray("board") << 2;
         QTest::newRow("child row") << QByteArray("fields") << 2;

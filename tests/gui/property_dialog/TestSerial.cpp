@@ -30,7 +30,9 @@ private slots:
 
     void recordIsShownAndReadBack_data()
     {
-        columns<QvVisa::SSerialProperties, QString, QString>("stored", "fields", "readBack");
+        QTest::addColumn<QvVisa::SSerialProperties>("stored");
+        QTest::addColumn<QString>("fields");
+        QTest::addColumn<QString>("readBack");
         const auto row = [](QvVisa::SSerialProperties stored, const char* fields,
                             const char* readBack) {
             QTest::addRow("%s", qPrintable(text(QvVisa::SerialPropertiesMap{{1, stored}})))

@@ -24,7 +24,8 @@ private slots:
 
     void noTextIsCutOff_data()
     {
-        columns<int, int>("pixels", "tab");
+        QTest::addColumn<int>("pixels");
+        QTest::addColumn<int>("tab");
         QTest::newRow("serial ports") << int{guitest::FontSize::usual} << 0;
         QTest::newRow("provider") << int{guitest::FontSize::usual} << 1;
         QTest::newRow("serial ports, double font size") << 2 * guitest::FontSize::usual << 0;
@@ -84,7 +85,8 @@ private slots:
 
     void storedTabIsAppliedToFourTabs_data()
     {
-        columns<QVariant, QByteArray>("index", "page");
+        QTest::addColumn<QVariant>("index");
+        QTest::addColumn<QByteArray>("page");
         const QByteArray ports = "tabAsrlProperties";
         const QByteArray provider = "tabSpecialProperties";
         // The tab after a removed one becomes the current one.
@@ -131,7 +133,8 @@ private slots:
 
     void maximisedDialogReturnsTheAnswer_data()
     {
-        columns<int, int>("button", "result");
+        QTest::addColumn<int>("button");
+        QTest::addColumn<int>("result");
         QTest::newRow("OK") << int{QDialogButtonBox::Ok} << int{QDialog::Accepted};
         QTest::newRow("Cancel") << int{QDialogButtonBox::Cancel} << int{QDialog::Rejected};
     }

@@ -70,7 +70,9 @@ private slots:
 
     void callsAndCacheFollowTheAnswers_data()
     {
-        columns<QByteArray, QString, QString>("bench", "calls", "cached");
+        QTest::addColumn<QByteArray>("bench");
+        QTest::addColumn<QString>("calls");
+        QTest::addColumn<QString>("cached");
         const auto row = [](const char* name, const char* bench, const QString& calls,
                             const char* cached) {
             QTest::newRow(name) << QByteArray(bench) << calls << QString::fromLatin1(cached);
@@ -136,7 +138,8 @@ private slots:
 
     void failingDescriptionIsLeftOut_data()
     {
-        columns<QByteArray, QString>("answer", "cached");
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("cached");
         QTest::newRow("first fails") << QByteArray("VI_ERROR_TMO at=1") << "a c d";
         QTest::newRow("second fails") << QByteArray("VI_ERROR_TMO at=2") << "a b d";
         QTest::newRow("last fails") << QByteArray("VI_ERROR_TMO at=3") << "a b c";
@@ -157,7 +160,8 @@ private slots:
 
     void descriptionsAreSortedByCodeUnits_data()
     {
-        columns<QByteArray, QString>("bench", "cached");
+        QTest::addColumn<QByteArray>("bench");
+        QTest::addColumn<QString>("cached");
         const auto row = [](const char* name, const QByteArray& bench, const char* cached) {
             QTest::newRow(name) << bench << QString::fromUtf8(cached);
         };

@@ -123,7 +123,8 @@ private slots:
 
     void showAndRefreshWaitForTheSearch_data()
     {
-        columns<bool, std::size_t>("isRefresh", "calls");
+        QTest::addColumn<bool>("isRefresh");
+        QTest::addColumn<std::size_t>("calls");
         QTest::newRow("show, without a search of its own") << false << std::size_t{8};
         QTest::newRow("refresh, then searches itself") << true << std::size_t{16};
     }

@@ -9,7 +9,9 @@ class TestFields : public guitest::ComposerTest
 private slots:
     void charactersOutsideThePatternCannotBeTyped_data()
     {
-        columns<QByteArray, QString, QString>("field", "typed", "taken");
+        QTest::addColumn<QByteArray>("field");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("taken");
         const auto row = [](const char* field, const char* typed, const char* taken) {
             QTest::addRow("%s %s", field, typed)
                 << QByteArray(field) << QString::fromUtf8(typed) << QString::fromUtf8(taken);
@@ -74,7 +76,9 @@ private slots:
 
     void pastedTextIsTakenWholeOrNotAtAll_data()
     {
-        columns<QByteArray, QString, bool>("field", "pasted", "isTaken");
+        QTest::addColumn<QByteArray>("field");
+        QTest::addColumn<QString>("pasted");
+        QTest::addColumn<bool>("isTaken");
         const auto row = [](const char* field, const char* pasted, bool isTaken) {
             QTest::addRow("%s %s", field, pasted)
                 << QByteArray(field) << QString::fromUtf8(pasted) << isTaken;

@@ -23,7 +23,8 @@ private slots:
 
     void fieldsOfTheInterfaceAreShown_data()
     {
-        columns<int, QString>("type", "shown");
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("shown");
         const QString tcpip = QStringLiteral("BoardEdit TcpipGroupBox label_5 IpEdit");
         const QString device = QStringLiteral(" deviceLabel deviceEdit");
         const QString port = QStringLiteral(" portLabel PortEdit");
