@@ -9,6 +9,8 @@
 
 namespace benchmarks {
 
+constexpr std::size_t usualLines = 100'000;
+
 /// A configuration with this many lines of realistic entries: of ten lines, two are resources
 /// without an alias, seven are aliases, all different, and one is a serial property.
 std::string generateConfiguration(std::size_t lines);

@@ -5,7 +5,6 @@
 //   splitLinesOnly   the floor: splits the lines, fills the same containers, copies them once
 #include "benchmarks/GeneratedFile.h"
 #include "config/LineReader.h"
-#include "config/ModernConfigurationFile.h"
 #include "tests/support/Files.h"
 #include "tests/support/OracleReader.h"
 
@@ -13,26 +12,9 @@
 
 namespace {
 
-constexpr std::size_t s_lines = 100'000;
-
-void readFile(benchmark::State& state)
-{
-    const benchmarks::GeneratedFile file(s_lines);
-    for (auto _ : state) {
-        QvVisa::ModernConfigurationFile reader(file.path().string());
-        std::unordered_map<std::string, std::string> aliases;
-        std::vector<std::string> resources;
-        unsigned short provider = 0;
-        reader.parse(aliases, resources, provider);
-        benchmark::DoNotOptimize(aliases.size() + resources.size());
-    }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
-}
-BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
-
 void splitLinesOnly(benchmark::State& state)
 {
-    const benchmarks::GeneratedFile file(s_lines);
+    const benchmarks::GeneratedFile file(benchmarks::usualLines);
     for (auto _ : state) {
         std::unordered_map<std::string, std::string> aliases;
         std::vector<std::string> resources;
@@ -59,7 +41,7 @@ BENCHMARK(splitLinesOnly)->Unit(benchmark::kMillisecond);
 
 void readWithExpressions(benchmark::State& state)
 {
-    const benchmarks::GeneratedFile file(s_lines);
+    const benchmarks::GeneratedFile file(benchmarks::usualLines);
     OracleReader reader;
     for (auto _ : state) {
         reader.read(support::readFile(file.path()));

@@ -6,6 +6,7 @@
 #include "command/TextWrap.h"
 #include "config/Encoding.h"
 #include "doctor/Check.h"
+#include "doctor/FinderLog.h"
 #include "visa/LibraryProbe.h"
 
 #include <nlohmann/json.hpp>
@@ -57,7 +58,7 @@ std::vector<const Check*> selectedChecks(const DoctorOptions& options)
 
 /// What the VISA library does, if a check wants to know.
 std::optional<visa::ProbeReport> probeFor(const std::vector<const Check*>& selected,
-                                          const Machine& machine, const DoctorOptions& options)
+                                          Machine& machine, const DoctorOptions& options)
 {
     const std::vector<const Check*> runnable = runnableChecks(selected, machine);
     const bool isWanted = std::any_of(runnable.begin(), runnable.end(), [](const Check* check) {
@@ -69,7 +70,11 @@ std::optional<visa::ProbeReport> probeFor(const std::vector<const Check*>& selec
     visa::ProbeRequest request;
     request.timeout = options.timeout;
     request.serialPorts = true;
-    return visa::probeLibrary(request);
+    const FinderLog log;
+    request.environment = log.variables();
+    visa::ProbeReport report = visa::probeLibrary(request);
+    machine.finderLog = log.takeLines();
+    return report;
 }
 
 std::size_t countOf(const std::vector<CheckResult>& results, Mark mark)
@@ -182,6 +187,7 @@ ExitCode runDoctor(CommandContext& context, const DoctorOptions& options)
     }
     const std::vector<const Check*> selected = selectedChecks(options);
     Machine machine = examineMachine(context.file);
+    machine.deadline = std::chrono::steady_clock::now() + options.timeout;
     const std::optional<visa::ProbeReport> probe = probeFor(selected, machine, options);
     machine.probe = probe ? &*probe : nullptr;
     const std::vector<CheckResult> results = runChecks(selected, machine);

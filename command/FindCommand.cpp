@@ -218,20 +218,15 @@ std::string missingTable(const std::vector<MissingInstrument>& missing, std::siz
     return textTable(rows, width);
 }
 
-/// What the finder left out and why, whom it asked, and its serial ports; not what the list has.
-void printFinderLog(Output& output, const std::vector<std::string>& lines)
+/// What the finder left out and why, whom it asked, and its serial ports.
+void printFinderLog(Output& output, const std::vector<std::string>& log)
 {
-    std::size_t count = 0;
-    for (const std::string& line : lines) {
-        const bool isInList = line.rfind("search for ", 0) == 0 ||
-                              (line.rfind("found ", 0) == 0 && line.rfind("found but", 0) != 0 &&
-                               line.find("; left out") == std::string::npos);
-        if (!isInList && ++count <= s_mostNotes) {
-            output.message(Severity::Note, line);
-        }
+    const std::vector<std::string> lines = beyondTheList(log);
+    for (std::size_t i = 0; i < std::min(lines.size(), s_mostNotes); ++i) {
+        output.message(Severity::Note, lines[i]);
     }
-    if (count > s_mostNotes) {
-        output.message(Severity::Note, std::to_string(count - s_mostNotes) +
+    if (lines.size() > s_mostNotes) {
+        output.message(Severity::Note, std::to_string(lines.size() - s_mostNotes) +
                                            " more (QVFIND_LOG=FILE writes all to a file)");
     }
 }

@@ -2,6 +2,7 @@
 #include "doctor/Check.h"
 
 #include "doctor/FileChecks.h"
+#include "doctor/InstrumentChecks.h"
 #include "doctor/LibraryChecks.h"
 #include "doctor/MachineChecks.h"
 
@@ -38,9 +39,9 @@ const std::vector<Check>& checks()
          checkSearch},
         {s_read, "whether the file is read, and what is in it", File::Regular, Library::Nothing,
          checkRead},
-        {"file.lint", "what is wrong in the file's lines", File::Text, Library::Nothing, checkLint},
         {"file.write", "whether the file can be written", File::Regular, Library::Nothing,
          checkWrite},
+        {"file.lint", "what is wrong in the file's lines", File::Text, Library::Nothing, checkLint},
         {"file.how", "whether a save replaces the file as a whole or in place", File::Regular,
          Library::Nothing, checkHow},
         {"file.link", "links that lead to the file", File::Regular, Library::Nothing, checkLink},
@@ -57,6 +58,10 @@ const std::vector<Check>& checks()
          Library::Required, checkCalls},
         {"library.list", "why the window's list of instruments is empty or short", File::Nothing,
          Library::Required, checkList},
+        {"instruments.missing", "aliases whose instrument was not found", File::Text,
+         Library::Required, checkMissing},
+        {"instruments.finder", "what the finder asked and left out, if it is the library",
+         File::Nothing, Library::Required, checkFinder},
         {"serial", "serial ports without settings, and settings without a port", File::Text,
          Library::Welcome, checkSerial},
         {"rights", "device files that this user may not open", File::Nothing, Library::Nothing,

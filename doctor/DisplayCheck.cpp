@@ -113,7 +113,8 @@ std::string pluginFile(const std::string& plugin)
     return plugin == "wayland" ? "libqwayland-generic.so" : "libq" + plugin + ".so";
 }
 
-void checkPlatform(const visa::SystemFiles& files, CheckReport& report)
+/// Whether the window can be shown.
+bool checkPlatform(const visa::SystemFiles& files, CheckReport& report)
 {
     Platform platform = platformOfEnvironment();
     const std::string wanted = environmentVariable("QT_QPA_PLATFORM");
@@ -122,19 +123,19 @@ void checkPlatform(const visa::SystemFiles& files, CheckReport& report)
         report.warning("QT_QPA_PLATFORM is " + pathToUtf8(wanted) +
                            ": the window is not shown on a display.",
                        "Unset QT_QPA_PLATFORM.");
-        return;
+        return false;
     }
     if (platform.plugin.empty()) {
         report.note("There is no display (DISPLAY and WAYLAND_DISPLAY are not set), so the window "
                     "cannot be shown here; qvvisa needs none.",
                     "From another machine: ssh -X shows the window there.");
-        return;
+        return false;
     }
     if (platform.socket && !files.exists(*platform.socket)) {
         report.warning(platform.name + " leads to no display: " + pathToUtf8(*platform.socket) +
                            " does not exist.",
                        "Start the window from the desktop's own session.");
-        return;
+        return false;
     }
     const std::string plugin = named.empty() ? platform.plugin : named;
     if (!isInOneOf(files, pluginFolders(files), pluginFile(plugin))) {
@@ -142,9 +143,10 @@ void checkPlatform(const visa::SystemFiles& files, CheckReport& report)
                            " was not found, so the window cannot be shown.",
                        plugin == "wayland" ? "Install the package qtwayland5."
                                            : "Install the package libqt5gui5.");
-        return;
+        return false;
     }
     report.ok("The window can be shown (" + platform.name + ").");
+    return true;
 }
 
 void checkDesktopEntry(const visa::SystemFiles& files, CheckReport& report)
@@ -173,8 +175,9 @@ void checkDisplay(const Machine& machine, CheckReport& report)
                     "not need it.");
         return;
     }
-    checkPlatform(machine.files, report);
-    checkDesktopEntry(machine.files, report);
+    if (checkPlatform(machine.files, report)) {
+        checkDesktopEntry(machine.files, report);
+    }
 #endif
 }
 

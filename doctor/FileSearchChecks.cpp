@@ -134,6 +134,19 @@ std::string positionAndMessage(const lint::Finding& finding)
            lint::codeName(finding.code) + ']';
 }
 
+std::string lintRemedy(const Machine& machine, std::size_t findings, std::size_t fixable)
+{
+    if (fixable == findings) {
+        return machine.command("lint --fix") + (findings == 1 ? " repairs it." : " repairs them.");
+    }
+    const std::string show =
+        machine.command("lint") +
+        (findings == 1 ? " shows it and its remedy" : " shows them and their remedies");
+    return fixable == 0 ? show + '.'
+                        : show + "; " + machine.command("lint --fix") + " repairs " +
+                              std::to_string(fixable) + " of " + std::to_string(findings) + '.';
+}
+
 } // namespace
 
 void checkSearch(const Machine& machine, CheckReport& report)
@@ -233,11 +246,7 @@ void checkLint(const Machine& machine, CheckReport& report)
         enumerated(nonZero({{errors, "error", "errors"}, {warnings, "warning", "warnings"}})) +
             "; the first " + (errors > 0 ? "error" : "warning") + " is on " +
             positionAndMessage(*first),
-        machine.command("lint") + " shows all" +
-            (fixable > 0 ? "; " + machine.command("lint --fix") + " repairs " +
-                               std::to_string(fixable) + " of them"
-                         : std::string()) +
-            '.');
+        lintRemedy(machine, errors + warnings, fixable));
 }
 
 } // namespace QvVisa

@@ -86,7 +86,13 @@ std::string commandOn(const std::string& command, const std::string& path)
     return command + ' ' + shellWord(path);
 }
 
-void reportNotWritable(const Target& target, CheckReport& report)
+bool isBelowHome(const Machine& machine, const std::string& path)
+{
+    const std::string home = machine.environment.home.value_or("");
+    return !home.empty() && path.rfind(home + '/', 0) == 0;
+}
+
+void reportNotWritable(const Machine& machine, const Target& target, CheckReport& report)
 {
     const int error = errno;
     const std::string path = target.place.path().string();
@@ -98,11 +104,15 @@ void reportNotWritable(const Target& target, CheckReport& report)
                            rightsText(target.status.st_mode) + '.',
                        commandOn("chmod u+w", path));
     } else {
-        report.problem(target.path() + " may not be written by this user: it belongs to " +
-                           userName(target.status.st_uid) + ", its rights are " +
-                           rightsText(target.status.st_mode) + '.',
-                       "Copy it to ~/.quorvane/visa.conf and edit the copy, or ask its owner for "
-                       "the right to write it.");
+        // That an ordinary user may not write it is usual for the system-wide file.
+        const bool isOfHome = isBelowHome(machine, path);
+        report.add(isOfHome ? Mark::Problem : Mark::Warning,
+                   target.path() + " may not be written by this user: it belongs to " +
+                       userName(target.status.st_uid) + ", its rights are " +
+                       rightsText(target.status.st_mode) + '.',
+                   isOfHome ? commandOn("sudo chown " + userName(::geteuid()), path)
+                            : "Copy it to ~/.quorvane/visa.conf and edit the copy, or ask its "
+                              "owner for the right to write it.");
     }
 }
 
@@ -149,7 +159,7 @@ bool mayGiveGroup(const Target& target, const struct stat& folder)
 struct InPlaceReason
 {
     std::string text;
-    std::string remedy;
+    std::string remedy; ///< Empty: nothing to do about it.
 };
 
 /// Why a save cannot replace the file as a whole; empty when it can.
@@ -162,11 +172,11 @@ std::vector<InPlaceReason> reasonsForInPlace(const Target& target)
     struct stat folderStatus = {};
     const bool isRoot = ::geteuid() == 0;
     if (target.status.st_nlink > 1) {
-        reasons.push_back({"it has " + std::to_string(target.status.st_nlink) +
-                               " names (hard links), which would no longer be the same file",
-                           "To part it from the others: " + commandOn("cp -p", path) + ' ' +
-                               shellWord(path + ".new") + " && " + commandOn("mv", path + ".new") +
-                               ' ' + shellWord(path)});
+        reasons.push_back(
+            {"it has " + std::to_string(target.status.st_nlink) + " names (hard links)",
+             "To part it from the others: " + commandOn("cp -p", path) + ' ' +
+                 shellWord(path + ".new") + " && " + commandOn("mv", path + ".new") + ' ' +
+                 shellWord(path)});
     }
     if (attributes.isMountPoint) {
         reasons.push_back({"it is a mount point, as in a container", ""});
@@ -210,7 +220,7 @@ void checkWrite(const Machine& machine, CheckReport& report)
                        commandOn(isImmutable ? "sudo chattr -i" : "sudo chattr -a",
                                  target->place.path().string()));
     } else if (!isWritable(folder, name.c_str(), W_OK)) {
-        reportNotWritable(*target, report);
+        reportNotWritable(machine, *target, report);
     } else if (!reportSpace(*target, report)) {
         report.ok("This user can write the file.");
     }
@@ -229,10 +239,16 @@ void checkHow(const Machine& machine, CheckReport& report)
     if (reasons.empty()) {
         report.ok("A save replaces the file as a whole, so an interruption cannot tear it.");
     }
+    std::vector<std::string> texts;
+    std::string remedy;
     for (const InPlaceReason& reason : reasons) {
-        report.note("A save overwrites the file in place, since " + reason.text +
+        texts.push_back(reason.text);
+        remedy = remedy.empty() ? reason.remedy : remedy;
+    }
+    if (!texts.empty()) {
+        report.note("A save overwrites the file in place, since " + enumerated(texts) +
                         "; a power cut may tear it.",
-                    reason.remedy);
+                    remedy);
     }
 }
 

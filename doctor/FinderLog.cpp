@@ -79,4 +79,25 @@ std::vector<std::string> FinderLog::takeLines() const
     return lines;
 }
 
+std::vector<std::string> beyondTheList(const std::vector<std::string>& lines)
+{
+    const auto startsWith = [](const std::string& line, std::string_view begin) {
+        return line.compare(0, begin.size(), begin) == 0;
+    };
+    std::vector<std::string> chosen;
+    std::size_t searches = 0;
+    for (const std::string& line : lines) {
+        if (startsWith(line, "search for ")) {
+            ++searches;
+        }
+        const bool isListed = startsWith(line, "search for ") ||
+                              (startsWith(line, "found ") && !startsWith(line, "found but ") &&
+                               line.find("; left out: ") == std::string::npos);
+        if (!isListed && searches <= 1) {
+            chosen.push_back(line);
+        }
+    }
+    return chosen;
+}
+
 } // namespace QvVisa

@@ -30,4 +30,8 @@ private:
     FileDescriptor m_memory; ///< Not open where the system has no such files.
 };
 
+/// The lines of the first search that say more than the list of resources does: not what was
+/// searched for, and not what was found and is listed.
+std::vector<std::string> beyondTheList(const std::vector<std::string>& lines);
+
 } // namespace QvVisa

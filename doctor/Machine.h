@@ -5,10 +5,12 @@
 #include "document/Document.h"
 #include "visa/SystemFiles.h"
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace visa {
 struct ProbeReport;
@@ -38,6 +40,10 @@ struct Machine
     visa::SystemFiles files;
     /// What the VISA library did; null when it was not called.
     const visa::ProbeReport* probe = nullptr;
+    /// What the finder logged, if it is that library.
+    std::vector<std::string> finderLog;
+    /// When all checks have to be done. Past: nothing is looked up that takes time.
+    std::chrono::steady_clock::time_point deadline;
 
     /// Whether a text is there that the reader reads: with the version header.
     bool hasReadableText() const { return document && document->hasHeader(); }

@@ -72,6 +72,11 @@ DeviceFiles deviceFiles(const visa::SystemFiles& files)
     return found;
 }
 
+std::string lastPart(const std::string& path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
 /// How this user gets to open files of that group, which are all of one kind.
 std::string remedyFor(const std::string& group, const ClosedFile& file)
 {
@@ -79,9 +84,10 @@ std::string remedyFor(const std::string& group, const ClosedFile& file)
     if (group == "root" || group.empty()) {
         return "As root, put this line into /etc/udev/rules.d/70-instruments.rules, then plug the "
                "device in again: " +
-               std::string(file.isInstrument ? "SUBSYSTEM==\"usb\", ATTR{idVendor}==\"" +
-                                                   file.vendor + "\", TAG+=\"uaccess\""
-                                             : "SUBSYSTEM==\"tty\", GROUP=\"dialout\"");
+               (file.vendor.empty()
+                    ? "KERNEL==\"" + lastPart(file.path) + '"'
+                    : "SUBSYSTEM==\"usb\", ATTR{idVendor}==\"" + file.vendor + '"') +
+               ", TAG+=\"uaccess\"";
     }
     if (isListedMember(user, group)) {
         return "This user has joined the group " + group +

@@ -14,6 +14,8 @@ Entries::Entries(const Document& document)
     if (!document.hasHeader()) {
         return;
     }
+    // Growing step by step would hash every name several times.
+    aliases.reserve(document.size());
     for (std::size_t index = 0; index < document.size(); ++index) {
         const ConfigurationLine line = document.line(index).match;
         if (line.kind == LineKind::Resource) {

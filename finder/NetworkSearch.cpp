@@ -406,7 +406,8 @@ std::vector<std::string> NetworkSearch::results()
     for (const Link& link : m_links) {
         packets += link.packets;
     }
-    m_log.line("asked " + std::to_string(m_links.size()) + " interfaces with " +
+    m_log.line("asked " + std::to_string(m_links.size()) +
+               (m_links.size() == 1 ? " interface with " : " interfaces with ") +
                std::to_string(packets) + " packets, " + std::to_string(m_answers) + " answers");
     list.log(m_log);
     return list.resourceStrings();

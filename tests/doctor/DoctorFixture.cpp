@@ -50,6 +50,8 @@ QvVisa::Machine DoctorFixture::machine() const
     QvVisa::Machine machine = QvVisa::examineMachine(m_fileOption, m_system.path("/").string());
     machine.now += m_clock;
     machine.probe = m_probe ? &*m_probe : nullptr;
+    machine.finderLog = m_finderLog;
+    machine.deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     return machine;
 }
 

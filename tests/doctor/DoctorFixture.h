@@ -43,6 +43,8 @@ protected:
     std::optional<std::string> m_fileOption;
     /// What the VISA library did.
     std::optional<visa::ProbeReport> m_probe;
+    /// What the finder logged.
+    std::vector<std::string> m_finderLog;
     /// Seconds by which the checks' clock is ahead of the system's.
     std::int64_t m_clock = 3600;
     TestHome m_home;

@@ -170,15 +170,23 @@ TEST_F(FileSearch, ErrorsInLinesAreAProblem)
     EXPECT_EQ(remedies("file.lint"),
               "problem: 1 error and 1 warning; the first error is on line 4: This line is ignored: "
               "it begins with white space. [V101] -> qvvisa -f "
-              "FOLDER/home/.quorvane/visa.conf lint shows all; qvvisa -f "
-              "FOLDER/home/.quorvane/visa.conf lint --fix repairs 1 of them.\n");
+              "FOLDER/home/.quorvane/visa.conf lint shows them and their remedies; qvvisa -f "
+              "FOLDER/home/.quorvane/visa.conf lint --fix repairs 1 of 2.\n");
 }
 
-TEST_F(FileSearch, WarningsInLinesAreAWarning)
+TEST_F(FileSearch, FindingsInLinesHaveTheirMarkAndRemedy)
 {
     writeFile("A=GPIB0::1::INSTR\nA=GPIB0::1::INSTR\n");
     EXPECT_EQ(results("file.lint").find("warning: 1 warning; the first warning is on line 3: "),
               0U);
+    writeFile(" A=GPIB0::1::INSTR\n");
+    EXPECT_NE(remedies("file.lint").find(" -> qvvisa lint --fix repairs it.\n"), std::string::npos);
+    writeFile(" A=GPIB0::1::INSTR\n B=GPIB0::2::INSTR\n");
+    EXPECT_NE(remedies("file.lint").find(" -> qvvisa lint --fix repairs them.\n"),
+              std::string::npos);
+    writeFile("A=GPIB0::1::INSTR # old\n");
+    EXPECT_NE(remedies("file.lint").find(" -> qvvisa lint shows it and its remedy.\n"),
+              std::string::npos);
 }
 
 } // namespace

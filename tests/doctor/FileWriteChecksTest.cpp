@@ -13,6 +13,7 @@
 #include <sys/mount.h>
 #endif
 
+#include <cstdlib>
 #include <iostream>
 
 namespace {
@@ -76,6 +77,30 @@ TEST_F(FileWrite, FileOfAnotherUserNamesItsOwner)
                                   "this user: it belongs to root, its rights are 0644.\n"));
 }
 
+TEST_F(FileWrite, FileOfAnotherUserOutsideHomeIsAWarning)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs a file of another user";
+    }
+    m_fileOption = writeFile().string();
+    ::setenv("HOME", "/nowhere", 1);
+    EXPECT_TRUE(ordinaryUserFinds("file.write",
+                                  "warning: FOLDER/home/.quorvane/visa.conf may not be written by "
+                                  "this user: it belongs to root, its rights are 0644.\n"));
+}
+
+TEST_F(FileWrite, SeveralReasonsForInPlaceAreOneNote)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs a group that this user is not in";
+    }
+    giveToOrdinaryUser(0);
+    std::filesystem::create_hard_link(file(), m_home.root() / "other.conf");
+    EXPECT_TRUE(ordinaryUserFinds(
+        "file.how", "note: A save overwrites the file in place, since it has 2 names (hard links) "
+                    "and this user is not in its group, root; a power cut may tear it.\n"));
+}
+
 TEST_F(FileWrite, WritableFileOfAnotherUserIsWrittenInPlace)
 {
     if (::geteuid() != 0) {
@@ -118,9 +143,9 @@ TEST_F(FileWrite, HardLinksAreNoted)
     writeFile();
     std::filesystem::create_hard_link(file(), m_home.root() / "other.conf");
     EXPECT_EQ(remedies("file.how"),
-              "note: A save overwrites the file in place, since it has 2 names (hard links), which "
-              "would no longer be the same file; a power cut may tear it. -> To part it from the "
-              "others: cp -p FOLDER/home/.quorvane/visa.conf FOLDER/home/.quorvane/visa.conf.new "
+              "note: A save overwrites the file in place, since it has 2 names (hard links); a "
+              "power cut may tear it. -> To part it from the others: cp -p "
+              "FOLDER/home/.quorvane/visa.conf FOLDER/home/.quorvane/visa.conf.new "
               "&& mv FOLDER/home/.quorvane/visa.conf.new FOLDER/home/.quorvane/visa.conf\n");
     EXPECT_EQ(results("file.link"), "note: The file has 2 names (hard links): a save changes what "
                                     "all of them show.\n");

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/doctor/DoctorFixture.h"
 
+#include "tests/support/OrdinaryUser.h"
+
 #include <unistd.h>
+
+#include <iostream>
 
 namespace {
 
@@ -11,6 +15,11 @@ class RightsCheck : public support::DoctorFixture
 {
 protected:
     RightsCheck() { std::filesystem::permissions(m_system.path("/"), perms::all); }
+
+    static bool contains(const std::string& text, const std::string& part)
+    {
+        return text.find(part) != std::string::npos;
+    }
 
     void usbInstrument() const
     {
@@ -79,6 +88,31 @@ TEST_F(RightsCheck, ClosedInstrumentIsAProblem)
     EXPECT_TRUE(ordinaryUserFinds(
         "rights", "problem: This user may not open /dev/bus/usb/001/004 (group root), so the "
                   "instrument cannot be used.\n"));
+}
+
+TEST_F(RightsCheck, RemedyIsTheGroupOrARule)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs files of other groups";
+    }
+    m_system.terminal("ttyUSB0", "ftdi_sio");
+    m_system.terminal("ttyS0", "serial");
+    usbInstrument();
+    close("/dev/ttyUSB0", 20);
+    close("/dev/ttyS0", 0);
+    close("/dev/bus/usb/001/004", 0);
+    const std::string rule = " -> As root, put this line into "
+                             "/etc/udev/rules.d/70-instruments.rules, then plug the device in "
+                             "again: ";
+    EXPECT_TRUE(support::asOrdinaryUser([&] {
+        const std::string found = remedies("rights");
+        std::cout << found << std::flush;
+        return contains(found, "(group dialout). -> sudo usermod -aG dialout nobody; then log out "
+                               "and in again.\n") &&
+               contains(found, rule + "KERNEL==\"ttyS0\", TAG+=\"uaccess\"\n") &&
+               contains(found, rule + "SUBSYSTEM==\"usb\", ATTR{idVendor}==\"1ab1\", "
+                                      "TAG+=\"uaccess\"\n");
+    }));
 }
 
 } // namespace

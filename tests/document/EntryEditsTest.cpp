@@ -29,7 +29,7 @@ const std::string G0 = ":GPIBProperty[DeviceNo=0].";
 
 using Edit = std::function<EditResult(const Document&)>;
 
-struct Row
+struct EditRow
 {
     const char* name;
     Edit edit;
@@ -106,9 +106,9 @@ const LineKind Baudrate = LineKind::SerialBaudrate;
 const LineKind DataBits = LineKind::SerialDataBits;
 const LineKind Parity = LineKind::SerialParity;
 
-const std::vector<Row>& rows()
+const std::vector<EditRow>& rows()
 {
-    static const std::vector<Row> s_rows = {
+    static const std::vector<EditRow> s_rows = {
         {"SetReplacesTheValueInTheLastLineOfTheName", set({{"dmm", "NEW"}}),
          H + "DMM=A\nDmm \t= B  # \nDMM2=C\n dmm =D\ndMm\t =\tOLD \r\nDMM =\n",
          H + "DMM=A\nDmm \t= B  # \nDMM2=C\n dmm =D\ndMm\t =\tNEW \r\nDMM =\n"},
@@ -221,14 +221,14 @@ const std::vector<Row>& rows()
     return s_rows;
 }
 
-class EntryEdits : public testing::TestWithParam<Row>
+class EntryEdits : public testing::TestWithParam<EditRow>
 {};
 
 } // namespace
 
 TEST_P(EntryEdits, GiveTheExpectedTextOnceAndThenChangeNothing)
 {
-    const Row& row = GetParam();
+    const EditRow& row = GetParam();
     const EditResult result = row.edit(Document(row.before));
     EXPECT_EQ(result.edited.text, row.after);
     EXPECT_EQ(result.isChanged(), row.before != row.after);

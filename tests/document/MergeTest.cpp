@@ -16,9 +16,9 @@ using QvVisa::MergedText;
 
 namespace {
 
-const std::string s_header = ":QvVisaConfigurationFileVersion01\n";
+const std::string s_headerLine = ":QvVisaConfigurationFileVersion01\n";
 
-struct Case
+struct MergeCase
 {
     const char* name;
     /// What follows the header's line in each text.
@@ -27,22 +27,22 @@ struct Case
     const char* theirs;
     const char* merged;
 
-    friend void PrintTo(const Case& merge, std::ostream* out) { *out << merge.name; }
+    friend void PrintTo(const MergeCase& merge, std::ostream* out) { *out << merge.name; }
 };
 
-class Merge : public testing::TestWithParam<Case>
+class Merge : public testing::TestWithParam<MergeCase>
 {};
 
 TEST_P(Merge, GivesTheText)
 {
-    const MergedText merged = QvVisa::mergeDocuments(Document(s_header + GetParam().base),
-                                                     Document(s_header + GetParam().ours),
-                                                     Document(s_header + GetParam().theirs));
-    EXPECT_EQ(merged.text, s_header + GetParam().merged);
+    const MergedText merged = QvVisa::mergeDocuments(Document(s_headerLine + GetParam().base),
+                                                     Document(s_headerLine + GetParam().ours),
+                                                     Document(s_headerLine + GetParam().theirs));
+    EXPECT_EQ(merged.text, s_headerLine + GetParam().merged);
     EXPECT_EQ(merged.hasConflict, merged.text.find("<<<<<<<") != std::string::npos);
 }
 
-const Case s_cases[] = {
+const MergeCase s_merges[] = {
     {"NoChange", "A=1\n", "A=1\n", "A=1\n", "A=1\n"},
     {"OursAlone", "A=1\n", "A=2\n", "A=1\n", "A=2\n"},
     {"TheirsAlone", "A=1\n", "A=1\n", "A=2\n# x\n", "A=2\n# x\n"},
@@ -79,19 +79,19 @@ const Case s_cases[] = {
      "GPIB0::3::INSTR\n", "GPIB0::2::INSTR\nGPIB0::3::INSTR\n"},
 };
 
-std::string caseName(const testing::TestParamInfo<Case>& row)
+std::string mergeName(const testing::TestParamInfo<MergeCase>& row)
 {
     return row.param.name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Document, Merge, testing::ValuesIn(s_cases), caseName);
+INSTANTIATE_TEST_SUITE_P(Document, Merge, testing::ValuesIn(s_merges), mergeName);
 
 TEST(MergeOfAnEmptyBase, TakesTheEntriesOfBoth)
 {
-    const MergedText merged = QvVisa::mergeDocuments(Document(""), Document(s_header + "A=1\n"),
-                                                     Document(s_header + "B=1\n"));
+    const MergedText merged = QvVisa::mergeDocuments(Document(""), Document(s_headerLine + "A=1\n"),
+                                                     Document(s_headerLine + "B=1\n"));
     EXPECT_FALSE(merged.hasConflict);
-    EXPECT_EQ(merged.text, s_header + "A=1\nB=1\n");
+    EXPECT_EQ(merged.text, s_headerLine + "A=1\nB=1\n");
 }
 
 /// Small texts whose lines collide often.
@@ -133,7 +133,7 @@ public:
 
     std::string text(const std::vector<std::string>& lines)
     {
-        std::string text = s_header;
+        std::string text = s_headerLine;
         for (const std::string& line : lines) {
             text += line + '\n';
         }

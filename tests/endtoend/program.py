@@ -24,7 +24,6 @@ FIRST_ROW_Y = 85
 ROW_HEIGHT = 30
 COLUMN_X = {"resource": 40, "alias": 560}
 SELECTION = (48, 140, 198)
-BELOW_THE_ROWS = (300, 380)
 
 # The find dialog's list likewise.
 FOUND_X = 40

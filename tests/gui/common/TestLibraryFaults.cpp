@@ -230,8 +230,7 @@ private slots:
 
     void twoFaults_data()
     {
-        QTest::addColumn<int>("first");
-        QTest::addColumn<int>("second");
+        columns<int, int>("first", "second");
         for (int first = 0; first < int(std::size(s_faults)); ++first) {
             for (int second = first + 1; second < int(std::size(s_faults)); ++second) {
                 QTest::addRow("%s, %s", s_faults[first].name, s_faults[second].name)

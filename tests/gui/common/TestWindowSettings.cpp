@@ -75,8 +75,7 @@ private slots:
 
     void sizeAndPositionAreNotClamped_data()
     {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QPoint>("position");
+        columns<QSize, QPoint>("size", "position");
         QTest::newRow("on the screen") << QSize(345, 234) << QPoint(56, 78);
         QTest::newRow("left of the screen") << QSize(320, 210) << QPoint(-5000, 10);
         QTest::newRow("above the screen") << QSize(320, 210) << QPoint(10, -5000);
@@ -159,8 +158,7 @@ private slots:
 
     void stateIsReadAsAFlag_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<bool>("maximised");
+        columns<QVariant, bool>("value", "maximised");
         QTest::newRow("true") << QVariant(true) << true;
         QTest::newRow("false") << QVariant(false) << false;
         QTest::newRow("1") << QVariant(1) << true;
@@ -201,8 +199,7 @@ private slots:
 
     void storedTabIsOpened_data()
     {
-        QTest::addColumn<QVariant>("value");
-        QTest::addColumn<int>("expected");
+        columns<QVariant, int>("value", "expected");
         QTest::newRow("none") << QVariant() << 0;
         QTest::newRow("second") << QVariant(1) << 1;
         QTest::newRow("last") << QVariant(3) << 3;

@@ -43,6 +43,13 @@ protected:
     support::BenchFixture& bench() { return *m_bench; }
     /// The bytes of the settings file.
     static QString settingsFile();
+    /// Adds the columns of a case's data: columns<int, QString>("row", "text").
+    template <typename... Types, typename... Names>
+    static void columns(Names... names)
+    {
+        static_assert(sizeof...(Types) == sizeof...(Names));
+        (QTest::addColumn<Types>(names), ...);
+    }
 
 private slots:
     void initTestCase();

@@ -96,9 +96,7 @@ private slots:
 
     void findAndEditAfterARemoval_data()
     {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("enabled");
+        columns<int, int, bool>("rows", "row", "enabled");
         QTest::newRow("first of three") << 3 << 0 << true;
         QTest::newRow("second of three") << 3 << 1 << true;
         QTest::newRow("last of three") << 3 << 2 << true;

@@ -68,10 +68,7 @@ private slots:
 
     void answerDecidesOnSavingAndClosing_data()
     {
-        QTest::addColumn<Answer>("answer");
-        QTest::addColumn<bool>("inEditor");
-        QTest::addColumn<bool>("closes");
-        QTest::addColumn<bool>("saves");
+        columns<Answer, bool, bool, bool>("answer", "inEditor", "closes", "saves");
         for (const bool inEditor : {false, true}) {
             const auto row = [inEditor](const char* name, const Answer& answer, bool closes,
                                         bool saves) {

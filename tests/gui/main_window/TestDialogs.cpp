@@ -118,9 +118,7 @@ private slots:
 
     void addKeepsTextsUncleaned_data()
     {
-        QTest::addColumn<QByteArray>("resource");
-        QTest::addColumn<QByteArray>("alias");
-        QTest::addColumn<QString>("row");
+        columns<QByteArray, QByteArray, QString>("resource", "alias", "row");
         const auto row = [](const char* name, const char* resource, const char* alias,
                             const char* added) {
             QTest::newRow(name) << QByteArray(resource) << QByteArray(alias)
@@ -287,8 +285,7 @@ private slots:
 
     void tableIsRepaintedAfterADialog_data()
     {
-        QTest::addColumn<QByteArray>("slot");
-        QTest::addColumn<bool>("isFind");
+        columns<QByteArray, bool>("slot", "isFind");
         QTest::newRow("Edit") << QByteArray("rsrcStringEditorEdit") << false;
         QTest::newRow("Find Resource") << QByteArray("findResource") << true;
     }

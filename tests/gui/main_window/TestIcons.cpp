@@ -67,9 +67,7 @@ class TestIcons : public guitest::MainWindowTest
 private slots:
     void keepsItsShapeInContrast_data()
     {
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<int>("size");
-        QTest::addColumn<QRgb>("background");
+        columns<QString, int, QRgb>("file", "size", "background");
         for (const QString& file : QDir(QStringLiteral(":/icons")).entryList()) {
             for (const int size : {16, 24}) {
                 // Qt's own light and dark window colours.
@@ -118,8 +116,7 @@ private slots:
 
     void disabledActionIsPlainToSee_data()
     {
-        QTest::addColumn<QByteArray>("action");
-        QTest::addColumn<QRgb>("background");
+        columns<QByteArray, QRgb>("action", "background");
         for (const char* action : {"actionSave", "actionEdit", "actionFind"}) {
             QTest::addRow("%s, light", action) << QByteArray(action) << qRgb(239, 239, 239);
             QTest::addRow("%s, dark", action) << QByteArray(action) << qRgb(53, 53, 53);

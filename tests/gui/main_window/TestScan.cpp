@@ -43,8 +43,7 @@ private slots:
 
     void windowWorksWhileTheLibraryIsHeld_data()
     {
-        QTest::addColumn<QByteArray>("hold");
-        QTest::addColumn<std::size_t>("callsBefore");
+        columns<QByteArray, std::size_t>("hold", "callsBefore");
         QTest::newRow("search") << QByteArray("wait-for-file go for=?*") << std::size_t{3};
         // The search for serial ports finds one and so never takes a second step.
         QTest::newRow("second step")

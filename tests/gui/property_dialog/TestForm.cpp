@@ -65,8 +65,7 @@ private slots:
 
     void tabKeyVisitsAPageFromTopToBottom_data()
     {
-        QTest::addColumn<QByteArray>("page");
-        QTest::addColumn<QString>("order");
+        columns<QByteArray, QString>("page", "order");
         const auto row = [](const char* page, const char* order) {
             QTest::newRow(page) << QByteArray(page) << QString::fromLatin1(order);
         };

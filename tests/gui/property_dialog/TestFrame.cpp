@@ -49,8 +49,7 @@ private slots:
 
     void okStoresTheTypedProvider_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<int>("provider");
+        columns<QString, int>("typed", "provider");
         QTest::newRow("nothing") << "" << 3674;
         QTest::newRow("blank") << " " << 3674;
         QTest::newRow("zero") << "0" << 0;
@@ -82,8 +81,7 @@ private slots:
 
     void okStoresAllThreeInOrder_data()
     {
-        QTest::addColumn<bool>("editsProvider");
-        QTest::addColumn<QString>("atFirstChange");
+        columns<bool, QString>("editsProvider", "atFirstChange");
         QTest::newRow("provider first") << true << "4086 2 300";
         QTest::newRow("then boards, then ports") << false << "3674 3 300";
     }
@@ -185,10 +183,8 @@ private slots:
 
     void eachConnectionIsMadeOnce_data()
     {
-        QTest::addColumn<QByteArray>("sender");
-        QTest::addColumn<QByteArray>("signal");
-        QTest::addColumn<QByteArray>("receiver");
-        QTest::addColumn<QByteArray>("slot");
+        columns<QByteArray, QByteArray, QByteArray, QByteArray>("sender", "signal", "receiver",
+                                                                "slot");
         const auto row = [](const char* sender, const char* signal, const char* receiver,
                             const char* slot) {
             QTest::addRow("%s to %s", sender, slot + 1) << QByteArray(sender) << QByteArray(signal)

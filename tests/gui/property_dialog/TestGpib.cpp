@@ -29,9 +29,7 @@ class TestGpib : public guitest::PropertyDialogTest
 private slots:
     void itemHasARowAndAnEditableChild_data()
     {
-        QTest::addColumn<QvVisa::GpibPropertiesMap>("boards");
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QString>("child");
+        columns<QvVisa::GpibPropertiesMap, QString, QString>("boards", "row", "child");
         QTest::newRow("defaults") << Boards{{0, {}}} << "Device 0,, -"
                                   << "0,0, 2";
         QTest::newRow("no controller") << Boards{{5, {21, 65535, 0}}} << "Device 5,, -"
@@ -87,8 +85,7 @@ private slots:
 
     void addAppendsABoard_data()
     {
-        QTest::addColumn<QvVisa::GpibPropertiesMap>("before");
-        QTest::addColumn<QString>("after");
+        columns<QvVisa::GpibPropertiesMap, QString>("before", "after");
         QTest::newRow("first") << Boards() << "0=0,65535,1";
         QTest::newRow("after the last")
             << Boards{{0, {1, 2, 0}}, {5, {6, 7, 0}}} << "0=1,2,0 5=6,7,0 6=0,65535,1";
@@ -117,9 +114,7 @@ private slots:
 
     void removeRemovesTheSelectedBoard_data()
     {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("isChild");
-        QTest::addColumn<QString>("after");
+        columns<int, bool, QString>("row", "isChild", "after");
         QTest::newRow("no selection") << -1 << false << "1=0,65535,1 4=0,65535,1 9=0,65535,1";
         QTest::newRow("first") << 0 << false << "4=0,65535,1 9=0,65535,1";
         QTest::newRow("middle, child row") << 1 << true << "1=0,65535,1 9=0,65535,1";
@@ -146,11 +141,8 @@ private slots:
 
     void typedTextIsTakenOrReverted_data()
     {
-        QTest::addColumn<int>("column");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("boards");
-        QTest::addColumn<QString>("fields");
-        QTest::addColumn<bool>("isRedrawn");
+        columns<int, QString, QString, QString, bool>("column", "typed", "boards", "fields",
+                                                      "isRedrawn");
         const int board = DeviceItem::BoardNumberColumn;
         const int address = DeviceItem::PrimaryAddressColumn;
         const auto row = [](const char* name, int column, const char* typed, const char* boards,
@@ -205,8 +197,7 @@ private slots:
 
     void keysEndAnEdit_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("after");
+        columns<int, QString>("key", "after");
         QTest::newRow("Escape") << int{Qt::Key_Escape} << "1=9,96,0";
         QTest::newRow("Enter") << int{Qt::Key_Enter} << "1=7,65535,0";
     }
@@ -309,8 +300,7 @@ private slots:
 
     void menuHoldsTheActionsOfThePoint_data()
     {
-        QTest::addColumn<QByteArray>("point");
-        QTest::addColumn<int>("actions");
+        columns<QByteArray, int>("point", "actions");
         QTest::newRow("empty space") << QByteArray("empty") << 1;
         QTest::newRow("board") << QByteArray("board") << 2;
         QTest::newRow("child row") << QByteArray("fields") << 2;

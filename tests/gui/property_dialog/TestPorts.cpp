@@ -10,9 +10,7 @@ class TestPorts : public guitest::PropertyDialogTest
 private slots:
     void callsAndPortsFollowTheAnswers_data()
     {
-        QTest::addColumn<QByteArray>("setting");
-        QTest::addColumn<QString>("calls");
-        QTest::addColumn<QString>("ports");
+        columns<QByteArray, QString, QString>("setting", "calls", "ports");
         const auto row = [](const char* name, const char* setting, const QString& calls,
                             const char* ports) {
             QTest::newRow(name) << QByteArray(setting) << calls << QString::fromLatin1(ports);
@@ -96,8 +94,7 @@ private slots:
 
     void listsPortsWithTheirNumbers_data()
     {
-        QTest::addColumn<QByteArray>("bench");
-        QTest::addColumn<QString>("ports");
+        columns<QByteArray, QString>("bench", "ports");
         QTest::newRow("order of the library, duplicates kept")
             << QByteArray("resource ASRL12\nresource ASRL3\nresource GPIB0::1::INSTR\n"
                           "resource ASRL1\nresource ASRL3\n")
@@ -151,8 +148,7 @@ private slots:
 
     void pageIsDisabledWithoutPorts_data()
     {
-        QTest::addColumn<QByteArray>("bench");
-        QTest::addColumn<bool>("isEnabled");
+        columns<QByteArray, bool>("bench", "isEnabled");
         QTest::newRow("no instruments") << QByteArray() << false;
         QTest::newRow("no serial port") << QByteArray("resource GPIB0::1::INSTR\n") << false;
         QTest::newRow("serial port") << QByteArray(s_onePort) << true;

@@ -30,9 +30,7 @@ private slots:
 
     void recordIsShownAndReadBack_data()
     {
-        QTest::addColumn<QvVisa::SSerialProperties>("stored");
-        QTest::addColumn<QString>("fields");
-        QTest::addColumn<QString>("readBack");
+        columns<QvVisa::SSerialProperties, QString, QString>("stored", "fields", "readBack");
         const auto row = [](QvVisa::SSerialProperties stored, const char* fields,
                             const char* readBack) {
             QTest::addRow("%s", qPrintable(text(QvVisa::SerialPropertiesMap{{1, stored}})))

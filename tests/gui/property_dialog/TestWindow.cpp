@@ -24,8 +24,7 @@ private slots:
 
     void noTextIsCutOff_data()
     {
-        QTest::addColumn<int>("pixels");
-        QTest::addColumn<int>("tab");
+        columns<int, int>("pixels", "tab");
         QTest::newRow("serial ports") << int{guitest::FontSize::usual} << 0;
         QTest::newRow("provider") << int{guitest::FontSize::usual} << 1;
         QTest::newRow("serial ports, double font size") << 2 * guitest::FontSize::usual << 0;
@@ -85,8 +84,7 @@ private slots:
 
     void storedTabIsAppliedToFourTabs_data()
     {
-        QTest::addColumn<QVariant>("index");
-        QTest::addColumn<QByteArray>("page");
+        columns<QVariant, QByteArray>("index", "page");
         const QByteArray ports = "tabAsrlProperties";
         const QByteArray provider = "tabSpecialProperties";
         // The tab after a removed one becomes the current one.
@@ -133,8 +131,7 @@ private slots:
 
     void maximisedDialogReturnsTheAnswer_data()
     {
-        QTest::addColumn<int>("button");
-        QTest::addColumn<int>("result");
+        columns<int, int>("button", "result");
         QTest::newRow("OK") << int{QDialogButtonBox::Ok} << int{QDialog::Accepted};
         QTest::newRow("Cancel") << int{QDialogButtonBox::Cancel} << int{QDialog::Rejected};
     }

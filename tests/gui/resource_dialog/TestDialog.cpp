@@ -84,9 +84,7 @@ private slots:
 
     void refreshReplacesListAndCache_data()
     {
-        QTest::addColumn<QByteArray>("bench");
-        QTest::addColumn<QString>("listed");
-        QTest::addColumn<int>("calls");
+        columns<QByteArray, QString, int>("bench", "listed", "calls");
         QTest::newRow("other instruments") << QByteArray("resource z\nresource y\n") << "y z" << 7;
         QTest::newRow("no instruments") << QByteArray() << "" << 5;
     }
@@ -130,9 +128,7 @@ private slots:
 
     void buttonsAndKeysEndTheDialog_data()
     {
-        QTest::addColumn<QByteArray>("way");
-        QTest::addColumn<bool>("isSelected");
-        QTest::addColumn<int>("result");
+        columns<QByteArray, bool, int>("way", "isSelected", "result");
         QTest::newRow("Select") << QByteArray("Ok") << true << int{QDialog::Accepted};
         QTest::newRow("Select, no entry") << QByteArray("Ok") << false << int{QDialog::Accepted};
         QTest::newRow("Enter") << QByteArray("Enter") << true << int{QDialog::Accepted};

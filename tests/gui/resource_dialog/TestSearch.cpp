@@ -70,9 +70,7 @@ private slots:
 
     void callsAndCacheFollowTheAnswers_data()
     {
-        QTest::addColumn<QByteArray>("bench");
-        QTest::addColumn<QString>("calls");
-        QTest::addColumn<QString>("cached");
+        columns<QByteArray, QString, QString>("bench", "calls", "cached");
         const auto row = [](const char* name, const char* bench, const QString& calls,
                             const char* cached) {
             QTest::newRow(name) << QByteArray(bench) << calls << QString::fromLatin1(cached);
@@ -138,8 +136,7 @@ private slots:
 
     void failingDescriptionIsLeftOut_data()
     {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("cached");
+        columns<QByteArray, QString>("answer", "cached");
         QTest::newRow("first fails") << QByteArray("VI_ERROR_TMO at=1") << "a c d";
         QTest::newRow("second fails") << QByteArray("VI_ERROR_TMO at=2") << "a b d";
         QTest::newRow("last fails") << QByteArray("VI_ERROR_TMO at=3") << "a b c";
@@ -160,8 +157,7 @@ private slots:
 
     void descriptionsAreSortedByCodeUnits_data()
     {
-        QTest::addColumn<QByteArray>("bench");
-        QTest::addColumn<QString>("cached");
+        columns<QByteArray, QString>("bench", "cached");
         const auto row = [](const char* name, const QByteArray& bench, const char* cached) {
             QTest::newRow(name) << bench << QString::fromUtf8(cached);
         };

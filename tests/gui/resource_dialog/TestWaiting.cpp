@@ -123,8 +123,7 @@ private slots:
 
     void showAndRefreshWaitForTheSearch_data()
     {
-        QTest::addColumn<bool>("isRefresh");
-        QTest::addColumn<std::size_t>("calls");
+        columns<bool, std::size_t>("isRefresh", "calls");
         QTest::newRow("show, without a search of its own") << false << std::size_t{8};
         QTest::newRow("refresh, then searches itself") << true << std::size_t{16};
     }

@@ -9,9 +9,7 @@ class TestFields : public guitest::ComposerTest
 private slots:
     void charactersOutsideThePatternCannotBeTyped_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("taken");
+        columns<QByteArray, QString, QString>("field", "typed", "taken");
         const auto row = [](const char* field, const char* typed, const char* taken) {
             QTest::addRow("%s %s", field, typed)
                 << QByteArray(field) << QString::fromUtf8(typed) << QString::fromUtf8(taken);
@@ -76,9 +74,7 @@ private slots:
 
     void pastedTextIsTakenWholeOrNotAtAll_data()
     {
-        QTest::addColumn<QByteArray>("field");
-        QTest::addColumn<QString>("pasted");
-        QTest::addColumn<bool>("isTaken");
+        columns<QByteArray, QString, bool>("field", "pasted", "isTaken");
         const auto row = [](const char* field, const char* pasted, bool isTaken) {
             QTest::addRow("%s %s", field, pasted)
                 << QByteArray(field) << QString::fromUtf8(pasted) << isTaken;

@@ -23,8 +23,7 @@ private slots:
 
     void fieldsOfTheInterfaceAreShown_data()
     {
-        QTest::addColumn<int>("type");
-        QTest::addColumn<QString>("shown");
+        columns<int, QString>("type", "shown");
         const QString tcpip = QStringLiteral("BoardEdit TcpipGroupBox label_5 IpEdit");
         const QString device = QStringLiteral(" deviceLabel deviceEdit");
         const QString port = QStringLiteral(" portLabel PortEdit");

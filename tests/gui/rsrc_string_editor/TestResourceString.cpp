@@ -26,9 +26,7 @@ class TestResourceString : public guitest::WindowTest
 private slots:
     void partsAreComposed_data()
     {
-        QTest::addColumn<InterfaceType>("type");
-        QTest::addColumn<QString>("parts");
-        QTest::addColumn<QString>("resource");
+        columns<InterfaceType, QString, QString>("type", "parts", "resource");
         const auto row = [](const char* name, InterfaceType type, const char* parts,
                             const char* resource) {
             QTest::newRow(name) << type << QString::fromUtf8(parts) << QString::fromUtf8(resource);
