@@ -59,6 +59,12 @@ def commands(text):
     return found
 
 
+def named_commands(text, program):
+    """The program's commands that the page's sentences name, with their options."""
+    return [code for code in re.findall(r"`([^`\n]+)`", prose(text))
+            if code.startswith(program + " ")]
+
+
 def prose(text):
     """A page without its code blocks."""
     text = re.sub(r"^```.*?^```$", "", text, flags=re.MULTILINE | re.DOTALL)
