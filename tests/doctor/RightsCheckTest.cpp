@@ -4,6 +4,9 @@
 #include "tests/support/OrdinaryUser.h"
 
 #include <unistd.h>
+#ifndef __APPLE__
+#include <sys/mount.h>
+#endif
 
 #include <iostream>
 
@@ -54,6 +57,14 @@ TEST_F(RightsCheck, OpenDeviceFilesAreCounted)
     m_system.file("/dev/usbtmc0", "");
     EXPECT_EQ(results("rights"),
               "ok: This user may open 3 device files of serial ports and USB instruments.\n");
+}
+
+TEST_F(RightsCheck, DeviceWithTwoInterfacesIsOneFile)
+{
+    usbInstrument();
+    m_system.usbInterface("1-2:1.1", "01");
+    EXPECT_EQ(results("rights"),
+              "ok: This user may open 1 device file of serial ports and USB instruments.\n");
 }
 
 TEST_F(RightsCheck, PlaceholderAndMissingDeviceFileDoNotCount)
@@ -114,5 +125,30 @@ TEST_F(RightsCheck, RemedyIsTheGroupOrARule)
                                       "TAG+=\"uaccess\"\n");
     }));
 }
+
+#ifndef __APPLE__
+TEST_F(RightsCheck, MemberOfTheGroupLogsInAgain)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs files of other groups";
+    }
+    m_system.terminal("ttyS0", "serial");
+    close("/dev/ttyS0", 20);
+    m_system.file("/group", "dialout:x:20:ada,nobody\n");
+    const std::string groups = m_system.path("/group").string();
+    const auto isFound = support::withOwnMounts([&] {
+        return ::mount(groups.c_str(), "/etc/group", nullptr, MS_BIND, nullptr) == 0 &&
+               support::asOrdinaryUser([&] {
+                   return contains(remedies("rights"),
+                                   " -> This user has joined the group dialout since the last "
+                                   "login: log out and in again.\n");
+               });
+    });
+    if (!isFound) {
+        GTEST_SKIP() << "no mount namespace";
+    }
+    EXPECT_TRUE(*isFound);
+}
+#endif
 
 } // namespace
