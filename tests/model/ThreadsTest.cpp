@@ -1,27 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "config/ConfigurationFile.h"
 #include "model/ConfigurationModel.h"
-#include "tests/support/ConfigurationFixture.h"
+#include "tests/support/FileReplacer.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <string>
-#include <thread>
-
 namespace {
-
-/// A file whose texts are on the heap, so that a reader of replaced tables reads freed memory.
-std::string linesOf(int number)
-{
-    const std::string text(100, static_cast<char>('a' + number % 26));
-    std::string lines;
-    for (int i = 0; i < 20; ++i) {
-        lines.append(text).append("\nALIAS").append(std::to_string(i)).append("=");
-        lines.append(text).append("\n");
-    }
-    return lines;
-}
 
 /// True when all rows are of one file.
 bool isOneFile(const ConfigurationModel& model)
@@ -38,14 +21,7 @@ bool isOneFile(const ConfigurationModel& model)
 TEST(ModelThreads, LoadingAndSavingMayRaceWithReloads)
 {
     support::ConfigurationFixture configuration;
-    configuration.write(linesOf(0));
-    std::atomic<bool> isDone{false};
-    std::thread reloader([&] {
-        for (int round = 1; !isDone; ++round) {
-            configuration.replace(linesOf(round));
-            QvVisa::ConfigurationFile::getInstance();
-        }
-    });
+    const support::FileReplacer replacer(configuration);
     int wholeLoads = 0;
     for (int round = 0; round < 200; ++round) {
         ConfigurationModel model(nullptr);
@@ -54,8 +30,6 @@ TEST(ModelThreads, LoadingAndSavingMayRaceWithReloads)
             model.save();
         }
     }
-    isDone = true;
-    reloader.join();
     EXPECT_EQ(wholeLoads, 200);
 }
 

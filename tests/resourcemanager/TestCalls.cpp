@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "resourcemanager/ResourceSource.h"
+#include "tests/support/Threads.h"
 #include "tests/support/VisaClient.h"
 
 #include <gtest/gtest.h>
@@ -92,26 +93,6 @@ void setPorts(int count)
         }
         return result;
     };
-}
-
-/// Runs the body in four threads that start together.
-template <typename Body>
-void together(Body body)
-{
-    std::atomic<int> waiting{4};
-    std::vector<std::thread> threads;
-    for (int number = 0; number < 4; ++number) {
-        threads.emplace_back([&waiting, &body, number] {
-            --waiting;
-            while (waiting != 0) {
-                std::this_thread::yield();
-            }
-            body(number);
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
 }
 
 } // namespace
@@ -372,10 +353,10 @@ TEST(Calls, OneFindListGivesEachMatchOnce)
     ViFindList list = VI_NULL;
     EXPECT_EQ(find(openManager(), "?*", &list), "VI_SUCCESS 20000 ASRL1::INSTR");
     std::array<std::vector<std::string>, 4> found;
-    together([&](int number) {
+    support::inThreads(4, [&](std::size_t number) {
         std::string step = client().next(list);
         for (; step != "VI_ERROR_RSRC_NFOUND"; step = client().next(list)) {
-            found[static_cast<std::size_t>(number)].push_back(step);
+            found[number].push_back(step);
         }
     });
     std::set<std::string> all;
@@ -395,7 +376,7 @@ TEST(Calls, AManagerCanBeClosedWhileOtherThreadsUseIt)
         const ViSession session = openManager();
         ViFindList list = VI_NULL;
         EXPECT_EQ(find(session, "?*", &list), "VI_SUCCESS 1000 ASRL1::INSTR");
-        together([&](int number) {
+        support::inThreads(4, [&](std::size_t number) {
             for (int step = 0;; ++step) {
                 if (number == 0 && step == 10) {
                     EXPECT_EQ(client().close(session), "VI_SUCCESS");

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "tests/simulator/SimulatorTest.h"
+#include "tests/support/Threads.h"
 
 #include <array>
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 #include <string>
-#include <thread>
 #include <vector>
 
 using visa::statusName;
@@ -243,29 +242,17 @@ TEST_F(Instruments, CallsFailAsPlannedOrWithoutAnInstrument)
 TEST_F(Instruments, SessionsInSeveralThreadsAreIndependent)
 {
     bench.write("resource ASRL{n}::INSTR repeat=20 idn=port\nresource GPIB0::5::INSTR\n");
-    constexpr int threadCount = 4;
-    constexpr int rounds = 10;
-    std::atomic<int> waiting{threadCount};
-    const auto body = [&] {
-        --waiting;
-        while (waiting != 0) {
-            std::this_thread::yield();
-        }
-        for (int round = 0; round < rounds; ++round) {
+    constexpr std::size_t threadCount = 4;
+    constexpr std::size_t rounds = 10;
+    support::inThreads(threadCount, [&](std::size_t) {
+        for (std::size_t round = 0; round < rounds; ++round) {
             const ViSession session = openManager();
             EXPECT_EQ(list(session, "?*").size(), 21U);
             EXPECT_EQ(list(session, "GPIB?*"), std::vector<std::string>{"GPIB0::5::INSTR"});
             EXPECT_EQ(ask(openInstrument(session, "ASRL7"), "*IDN?"), "VI_SUCCESS port\n");
             EXPECT_EQ(close(session), "VI_SUCCESS");
         }
-    };
-    std::vector<std::thread> threads;
-    for (int i = 0; i < threadCount; ++i) {
-        threads.emplace_back(body);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    });
     // One line for each call, none torn.
     std::size_t closed = 0;
     for (const std::string& line : bench.calls()) {

@@ -2,12 +2,11 @@
 // Prints which VISA library a new process finds, for tests/visa/TestVisaLibrarySearch.cpp: the
 // candidate's name, its file, the status of each call and what the calls wrote. With a number, that
 // many threads make the first call at the same time.
+#include "tests/support/Threads.h"
 #include "visa/VisaLibrary.h"
 
-#include <atomic>
 #include <iostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <dlfcn.h>
@@ -24,23 +23,12 @@ std::string fileOf(const visa::VisaLibrary& library)
 /// The number of different libraries that so many threads see when they all make the first call.
 std::size_t librariesSeenBy(std::size_t count)
 {
-    std::atomic<bool> go{false};
     std::vector<const visa::VisaLibrary*> seen(count);
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < count; ++i) {
-        threads.emplace_back([&go, &library = seen[i]] {
-            while (!go) {
-                std::this_thread::yield();
-            }
-            ViSession session = VI_NULL;
-            viOpenDefaultRM(&session);
-            library = &visa::VisaLibrary::instance();
-        });
-    }
-    go = true;
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    support::inThreads(count, [&seen](std::size_t index) {
+        ViSession session = VI_NULL;
+        viOpenDefaultRM(&session);
+        seen[index] = &visa::VisaLibrary::instance();
+    });
     std::size_t others = 0;
     for (const visa::VisaLibrary* library : seen) {
         others += library != seen.front() ? 1 : 0;

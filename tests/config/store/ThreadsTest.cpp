@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/Threads.h"
 #include "tests/config/store/StoreTest.h"
+#include "tests/support/FileReplacer.h"
 #include "tests/support/Files.h"
 
 #include <atomic>
-#include <functional>
 #include <future>
 #include <mutex>
 #include <thread>
@@ -13,24 +14,6 @@ namespace {
 using QvVisa::ConfigurationFile;
 
 constexpr std::size_t s_threadCount = 16;
-
-/// Runs the action in many threads, which all start before it runs in any.
-void race(const std::function<void(std::size_t)>& action)
-{
-    std::promise<void> start;
-    const std::shared_future<void> started = start.get_future().share();
-    std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < s_threadCount; ++i) {
-        threads.emplace_back([started, &action, i] {
-            started.wait();
-            action(i);
-        });
-    }
-    start.set_value();
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
 
 bool isFreeForAnotherThread(std::recursive_mutex& mutex)
 {
@@ -50,7 +33,8 @@ TEST_F(StoreThreads, FirstUsesInManyThreadsMakeOneStore)
 {
     m_configuration.write(s_lines);
     std::vector<const ConfigurationFile*> seen(s_threadCount);
-    race([&seen](std::size_t i) { seen[i] = ConfigurationFile::getInstance(); });
+    support::inThreads(s_threadCount,
+                       [&seen](std::size_t i) { seen[i] = ConfigurationFile::getInstance(); });
     EXPECT_EQ(seen, std::vector<const ConfigurationFile*>(s_threadCount, &store()));
     EXPECT_EQ(SearchSandbox::takeQueries(), std::vector<std::string>{file()}) << "one search";
 }
@@ -86,7 +70,7 @@ TEST_F(StoreThreads, CreationLoadAndSaveHoldTheMutex)
 // The sanitizers see whether each access is guarded, here and below.
 TEST_F(StoreThreads, ProviderSaveAndReloadMayRace)
 {
-    race([](std::size_t i) {
+    support::inThreads(s_threadCount, [](std::size_t i) {
         for (int round = 0; round < 20; ++round) {
             ConfigurationFile* const shared = ConfigurationFile::getInstance();
             shared->setProvider(static_cast<unsigned short>(1000 + i));
@@ -97,18 +81,6 @@ TEST_F(StoreThreads, ProviderSaveAndReloadMayRace)
     EXPECT_TRUE(provider >= 1000 && provider < 1000 + s_threadCount) << provider;
     EXPECT_EQ(m_configuration.read(),
               m_configuration.header() + ":Provider=" + std::to_string(provider) + '\n');
-}
-
-/// A file whose texts are on the heap, so that a reader of replaced tables reads freed memory.
-std::string linesOf(int number)
-{
-    const std::string text(100, static_cast<char>('a' + number % 26));
-    std::string lines;
-    for (int i = 0; i < 20; ++i) {
-        lines.append(text).append("\nALIAS").append(std::to_string(i)).append("=");
-        lines.append(text).append("\n");
-    }
-    return lines;
 }
 
 /// Visits all entries; false unless all texts are those of one file.
@@ -128,28 +100,18 @@ bool areEntriesConsistent(const ConfigurationFile& store)
 
 TEST_F(StoreThreads, AReaderWithTheMutexSeesOneFileWhileOthersReload)
 {
-    m_configuration.write(linesOf(0));
-    store();
-    std::atomic<bool> isDone{false};
-    std::thread reloader([&] {
-        for (int round = 1; !isDone; ++round) {
-            m_configuration.replace(linesOf(round));
-            ConfigurationFile::getInstance();
-        }
-    });
+    const support::FileReplacer replacer(m_configuration);
     int consistent = 0;
     for (int round = 0; round < 200; ++round) {
         const std::lock_guard<std::recursive_mutex> lock(ConfigurationFile::getMutex());
         consistent += areEntriesConsistent(store()) ? 1 : 0;
     }
-    isDone = true;
-    reloader.join();
     EXPECT_EQ(consistent, 200);
 }
 
 TEST_F(StoreThreads, AReaderWithoutTheMutexMayReadWhileOthersSave)
 {
-    m_configuration.write(linesOf(0));
+    m_configuration.write(support::FileReplacer::linesOf(0));
     const ConfigurationFile& read = store();
     std::atomic<bool> isDone{false};
     std::thread saver([&isDone, shared = &store()] {
