@@ -227,15 +227,20 @@ private:
         case Field::SerialNumber:
         case Field::Location:
             return checkVisible(field, piece) && add(field, piece.text);
-        case Field::SecondaryAddress:
-            if (isNumber(piece.text) &&
-                parseNumber(piece.text, noSecondaryAddress) == noSecondaryAddress) {
-                return true;
-            }
-            break;
         default:
-            break;
+            return isNoAddress(field, piece) || addNumber(field, piece);
         }
+    }
+
+    /// 65535 as secondary address means none.
+    static bool isNoAddress(Field field, const Piece& piece)
+    {
+        return field == Field::SecondaryAddress && isNumber(piece.text) &&
+               parseNumber(piece.text, noSecondaryAddress) == noSecondaryAddress;
+    }
+
+    bool addNumber(Field field, const Piece& piece)
+    {
         const std::optional<std::uint32_t> number = readNumber(field, piece);
         return number && add(field, std::to_string(*number));
     }
