@@ -132,7 +132,7 @@ void checkLoses(const Machine& machine, CheckReport& report)
     }
     const Document& document = *machine.document;
     const WindowSave save(document);
-    std::size_t comments = 0;
+    std::size_t ignored = 0;
     std::size_t gpib = 0;
     for (const std::size_t index : save.lost) {
         switch (document.line(index).match.kind) {
@@ -142,28 +142,28 @@ void checkLoses(const Machine& machine, CheckReport& report)
             ++gpib;
             break;
         case LineKind::None:
-            ++comments;
+            ++ignored;
             break;
         default:
             break;
         }
     }
-    if (comments + gpib == 0) {
-        report.ok("A save in the window drops no line with a meaning and no comment.");
+    if (ignored + gpib == 0) {
+        report.ok("A save in the window drops nothing.");
         return;
     }
     std::vector<std::string> kinds;
     if (gpib > 0) {
         kinds.push_back(counted(gpib, "line") + " of GPIB boards");
     }
-    if (comments > 0) {
-        kinds.push_back(counted(comments, "comment, blank or ignored line",
-                                "comments, blank or ignored lines"));
+    if (ignored > 0) {
+        kinds.push_back(counted(ignored, "comment or ignored line", "comments or ignored lines"));
     }
-    const std::string remedy = "Keep a copy, or edit with qvvisa, which keeps them; " +
-                               machine.command("diff --window") + " shows them.";
     report.add(gpib > 0 ? Mark::Warning : Mark::Note,
-               "A save in the window drops " + enumerated(kinds) + '.', remedy);
+               "A save in the window drops " + enumerated(kinds) + '.',
+               machine.command("diff --window") +
+                   (gpib + ignored == 1 ? " shows it" : " shows them") +
+                   "; edits with qvvisa drop nothing.");
 }
 
 } // namespace QvVisa

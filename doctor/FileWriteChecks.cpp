@@ -237,7 +237,7 @@ void checkHow(const Machine& machine, CheckReport& report)
     }
     const std::vector<InPlaceReason> reasons = reasonsForInPlace(*target);
     if (reasons.empty()) {
-        report.ok("A save replaces the file as a whole, so an interruption cannot tear it.");
+        report.ok("A save replaces the file as a whole.");
     }
     std::vector<std::string> texts;
     std::string remedy;

@@ -162,8 +162,7 @@ private:
             }
         }
         m_report.ok(pathToUtf8(m_probe.libraryFile) + " (" + m_machine +
-                    ") is in use, the first usable library; its name for the loader is " +
-                    pathToUtf8(candidate.name) + '.');
+                    ") is in use, the first usable library.");
     }
 
     void reportMissedByPyVisa()

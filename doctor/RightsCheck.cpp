@@ -103,8 +103,8 @@ void checkRights(const Machine& machine, CheckReport& report)
     const DeviceFiles found = deviceFiles(machine.files);
     if (found.closed.empty()) {
         report.ok(found.count == 0 ? "There is no serial port and no USB instrument to open."
-                                   : "This user may open " + counted(found.count, "device file") +
-                                         " of serial ports and USB instruments.");
+                                   : "This user may open all serial ports and USB instruments (" +
+                                         counted(found.count, "device file") + ").");
         return;
     }
     // One result for each group and kind: that is what has one remedy.

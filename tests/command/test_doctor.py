@@ -14,6 +14,14 @@ import time
 import unittest
 
 PROGRAM = pathlib.Path(sys.argv[1]).resolve()
+SIMULATOR = pathlib.Path(sys.argv[2]).resolve()
+LIBRARY_PATH = "DYLD_LIBRARY_PATH" if sys.platform == "darwin" else "LD_LIBRARY_PATH"
+BENCH = """resource TCPIP0::10.0.0.5::INSTR
+resource USB0::0x1AB1::0x04CE::DS1::INSTR
+resource GPIB0::12::INSTR
+resource ASRL1::INSTR
+resource ASRL101::INSTR
+"""
 HEADER = ":QvVisaConfigurationFileVersion01\n"
 
 
@@ -55,8 +63,12 @@ class Doctor(unittest.TestCase):
         return text.splitlines()
 
     def test_usual_machine_takes_40_lines_of_80_columns(self):
+        (self.home / "bench").write_text(BENCH)
+        self.environment.update(
+            {LIBRARY_PATH: str(SIMULATOR), "QVVISA_BENCH": str(self.home / "bench")})
         lines = self.on_terminal("doctor")
         self.assertLessEqual(len(lines), 40, "\n".join(lines))
+        self.assertIn("ok       instruments.missing: The instruments of all 2 aliases were found.", lines)
         for line in lines:
             self.assertLessEqual(len(line), 80, line)
 

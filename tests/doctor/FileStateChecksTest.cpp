@@ -108,22 +108,21 @@ TEST_F(FileState, RunningWindowIsNoted)
 TEST_F(FileState, FileThatASaveKeepsIsOk)
 {
     writeFile("DMM=GPIB0::1::INSTR\n");
-    EXPECT_EQ(results("file.loses"),
-              "ok: A save in the window drops no line with a meaning and no comment.\n");
+    EXPECT_EQ(results("file.loses"), "ok: A save in the window drops nothing.\n");
 }
 
 TEST_F(FileState, CommentsThatASaveDropsAreNoted)
 {
     writeFile("# bench 3\nDMM=GPIB0::1::INSTR\n\n");
     EXPECT_EQ(results("file.loses"),
-              "note: A save in the window drops 2 comments, blank or ignored lines.\n");
+              "note: A save in the window drops 2 comments or ignored lines.\n");
 }
 
 TEST_F(FileState, GpibLinesThatASaveDropsAreWarnedOf)
 {
     writeFile("# bench 3\n:GPIBProperty[DeviceNo=0].PrimaryAddress=1\n");
     EXPECT_EQ(results("file.loses"), "warning: A save in the window drops 1 line of GPIB boards "
-                                     "and 1 comment, blank or ignored line.\n");
+                                     "and 1 comment or ignored line.\n");
 }
 
 } // namespace

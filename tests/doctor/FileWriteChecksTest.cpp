@@ -25,8 +25,7 @@ class FileWrite : public support::DoctorFixture
 {
 protected:
     const std::string m_writable = "ok: This user can write the file.\n";
-    const std::string m_replaced =
-        "ok: A save replaces the file as a whole, so an interruption cannot tear it.\n";
+    const std::string m_replaced = "ok: A save replaces the file as a whole.\n";
 
     /// The file belongs to the ordinary user, who may write its folder.
     void giveToOrdinaryUser(gid_t group = support::ordinaryGroup) const

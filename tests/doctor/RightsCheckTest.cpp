@@ -56,7 +56,7 @@ TEST_F(RightsCheck, OpenDeviceFilesAreCounted)
     usbInstrument();
     m_system.file("/dev/usbtmc0", "");
     EXPECT_EQ(results("rights"),
-              "ok: This user may open 3 device files of serial ports and USB instruments.\n");
+              "ok: This user may open all serial ports and USB instruments (3 device files).\n");
 }
 
 TEST_F(RightsCheck, DeviceWithTwoInterfacesIsOneFile)
@@ -64,7 +64,7 @@ TEST_F(RightsCheck, DeviceWithTwoInterfacesIsOneFile)
     usbInstrument();
     m_system.usbInterface("1-2:1.1", "01");
     EXPECT_EQ(results("rights"),
-              "ok: This user may open 1 device file of serial ports and USB instruments.\n");
+              "ok: This user may open all serial ports and USB instruments (1 device file).\n");
 }
 
 TEST_F(RightsCheck, PlaceholderAndMissingDeviceFileDoNotCount)
