@@ -89,6 +89,13 @@ auto pass(const char* name, Call call, const char* path = "") -> decltype(call()
         name, 0, [&](std::size_t) { return call(); }, path);
 }
 
+/// Calls the system's function of that name.
+template <typename Function, typename... Arguments>
+auto forward(const char* name, Arguments... arguments)
+{
+    return pass(name, [&] { return next<Function>(name)(arguments...); });
+}
+
 std::size_t half(std::size_t size)
 {
     return std::max<std::size_t>(size / 2, std::min<std::size_t>(size, 1));
@@ -290,58 +297,52 @@ ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset)
 
 int fsync(int file)
 {
-    return pass("fsync", [&] { return next<decltype(::fsync)>("fsync")(file); });
+    return forward<decltype(::fsync)>("fsync", file);
 }
 
 int ftruncate(int file, off_t size) noexcept
 {
-    return pass("ftruncate", [&] { return next<decltype(::ftruncate)>("ftruncate")(file, size); });
+    return forward<decltype(::ftruncate)>("ftruncate", file, size);
 }
 
 int fchmod(int file, mode_t mode) noexcept
 {
-    return pass("fchmod", [&] { return next<decltype(::fchmod)>("fchmod")(file, mode); });
+    return forward<decltype(::fchmod)>("fchmod", file, mode);
 }
 
 int fchown(int file, uid_t user, gid_t group) noexcept
 {
-    return pass("fchown", [&] { return next<decltype(::fchown)>("fchown")(file, user, group); });
+    return forward<decltype(::fchown)>("fchown", file, user, group);
 }
 
 int futimens(int file, const struct timespec times[2]) noexcept
 {
-    return pass("futimens", [&] { return next<decltype(::futimens)>("futimens")(file, times); });
+    return forward<decltype(::futimens)>("futimens", file, times);
 }
 
 int fstat(int file, struct stat* status) noexcept
 {
-    return pass("fstat", [&] { return next<decltype(::fstat)>("fstat")(file, status); });
+    return forward<decltype(::fstat)>("fstat", file, status);
 }
 
 int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
 {
-    return pass("fstatat",
-                [&] { return next<decltype(::fstatat)>("fstatat")(folder, path, status, flags); });
+    return forward<decltype(::fstatat)>("fstatat", folder, path, status, flags);
 }
 
 ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept
 {
-    return pass("readlinkat", [&] {
-        return next<decltype(::readlinkat)>("readlinkat")(folder, path, text, size);
-    });
+    return forward<decltype(::readlinkat)>("readlinkat", folder, path, text, size);
 }
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept
 {
-    return pass("linkat", [&] {
-        return next<decltype(::linkat)>("linkat")(fromFolder, from, toFolder, to, flags);
-    });
+    return forward<decltype(::linkat)>("linkat", fromFolder, from, toFolder, to, flags);
 }
 
 int unlinkat(int folder, const char* name, int flags) noexcept
 {
-    return pass("unlinkat",
-                [&] { return next<decltype(::unlinkat)>("unlinkat")(folder, name, flags); });
+    return forward<decltype(::unlinkat)>("unlinkat", folder, name, flags);
 }
 
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
@@ -355,21 +356,18 @@ int renameat(int fromFolder, const char* from, int toFolder, const char* to) noe
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned int flags) noexcept
 {
-    return pass("renameat2", [&] {
-        return next<decltype(::renameat2)>("renameat2")(fromFolder, from, toFolder, to, flags);
-    });
+    return forward<decltype(::renameat2)>("renameat2", fromFolder, from, toFolder, to, flags);
 }
 #endif
 
 int flock(int file, int operation) noexcept
 {
-    return pass("flock", [&] { return next<decltype(::flock)>("flock")(file, operation); });
+    return forward<decltype(::flock)>("flock", file, operation);
 }
 
 int nanosleep(const struct timespec* time, struct timespec* remaining)
 {
-    return pass("nanosleep",
-                [&] { return next<decltype(::nanosleep)>("nanosleep")(time, remaining); });
+    return forward<decltype(::nanosleep)>("nanosleep", time, remaining);
 }
 
 #ifdef __linux__
@@ -380,27 +378,22 @@ int fremovexattr(int file, const char* name) noexcept;
 
 ssize_t flistxattr(int file, char* names, std::size_t size) noexcept
 {
-    return pass("flistxattr",
-                [&] { return next<decltype(::flistxattr)>("flistxattr")(file, names, size); });
+    return forward<decltype(::flistxattr)>("flistxattr", file, names, size);
 }
 
 ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept
 {
-    return pass("fgetxattr",
-                [&] { return next<decltype(::fgetxattr)>("fgetxattr")(file, name, value, size); });
+    return forward<decltype(::fgetxattr)>("fgetxattr", file, name, value, size);
 }
 
 int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept
 {
-    return pass("fsetxattr", [&] {
-        return next<decltype(::fsetxattr)>("fsetxattr")(file, name, value, size, flags);
-    });
+    return forward<decltype(::fsetxattr)>("fsetxattr", file, name, value, size, flags);
 }
 
 int fremovexattr(int file, const char* name) noexcept
 {
-    return pass("fremovexattr",
-                [&] { return next<decltype(::fremovexattr)>("fremovexattr")(file, name); });
+    return forward<decltype(::fremovexattr)>("fremovexattr", file, name);
 }
 #endif
 
