@@ -171,7 +171,7 @@ void checkDisplay(const Machine& machine, CheckReport& report)
     report.ok("The window needs no display server here.");
 #else
     if (!isInOneOf(machine.files, partsOf(environmentVariable("PATH")), s_windowProgram)) {
-        report.note("The window (QvVisaConfigure) is not in PATH; qvvisa needs none.");
+        report.note("The window, QvVisaConfigure, is not in PATH; qvvisa works alone.");
         return;
     }
     if (checkPlatform(machine.files, report)) {

@@ -32,13 +32,13 @@ struct ClosedFile
 /// Those that exist and are examined, and those of them that are closed.
 struct DeviceFiles
 {
-    std::size_t count = 0;
+    bool isAny = false;
     std::vector<ClosedFile> closed;
 
     void examine(const visa::SystemFiles& files, const ClosedFile& file)
     {
         if (files.exists(file.path)) {
-            ++count;
+            isAny = true;
             if (!files.isAccessible(file.path)) {
                 closed.push_back(file);
             }
@@ -102,9 +102,8 @@ void checkRights(const Machine& machine, CheckReport& report)
 {
     const DeviceFiles found = deviceFiles(machine.files);
     if (found.closed.empty()) {
-        report.ok(found.count == 0 ? "There is no serial port and no USB instrument to open."
-                                   : "This user may open all serial ports and USB instruments (" +
-                                         counted(found.count, "device file") + ").");
+        report.ok(!found.isAny ? "There is no serial port and no USB instrument to open."
+                               : "This user may open all serial ports and USB instruments.");
         return;
     }
     // One result for each group and kind: that is what has one remedy.

@@ -41,8 +41,8 @@ TEST_F(DisplayCheck, CompleteMachineIsOk)
 TEST_F(DisplayCheck, MissingWindowIsNoted)
 {
     remove("/usr/bin/QvVisaConfigure");
-    EXPECT_EQ(results("display"), "note: The window (QvVisaConfigure) is not in PATH; qvvisa needs "
-                                  "none.\n");
+    EXPECT_EQ(results("display"), "note: The window, QvVisaConfigure, is not in PATH; qvvisa works "
+                                  "alone.\n");
 }
 
 TEST_F(DisplayCheck, MissingDisplayIsNoted)
