@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
-"""qvvisa find in terminals of several widths, and with the finder as the library.
+"""qvvisa find in terminals of several widths, with a library that misbehaves, and with the finder as
+the library.
 
-    test_find.py PROGRAM SIMULATOR-FOLDER FINDER-FOLDER
+    test_find.py PROGRAM SIMULATOR-FOLDER FINDER-FOLDER MISBEHAVING-LIBRARY
 """
 
 import fcntl
@@ -16,7 +17,7 @@ import tempfile
 import termios
 import unittest
 
-PROGRAM, SIMULATOR, FINDER = (str(pathlib.Path(argument).resolve()) for argument in sys.argv[1:4])
+PROGRAM, SIMULATOR, FINDER, MISBEHAVING = (str(pathlib.Path(argument).resolve()) for argument in sys.argv[1:5])
 WITH_INSTRUMENTS = pathlib.Path(__file__).resolve().parents[1] / "finder/network/with_instruments.py"
 SKIPPED = 77
 BENCH = """resource TCPIP0::10.0.0.5::inst0::INSTR idn="Quorvane,Multimeter,1001,2.3"
@@ -81,6 +82,54 @@ class Terminal(Find):
         process = subprocess.run([PROGRAM, "find"], env={**self.environment, "COLUMNS": "20"}, check=True,
                                  stdout=subprocess.PIPE, text=True)
         self.assertEqual(len(process.stdout.splitlines()), 2)
+
+
+    def test_notes_follow_the_list(self):
+        with open(self.folder / "bench", "a", encoding="ascii") as bench:
+            bench.write("status viFindRsrc 0x3FFF0085\n")
+        process = subprocess.run([PROGRAM, "find"], env=self.environment, check=True, stdout=subprocess.PIPE,
+                                 stderr=subprocess.STDOUT, text=True)
+        self.assertRegex(process.stdout, r"ASRL1::INSTR +-\nqvvisa: note: the window lists 0 of these 2")
+
+
+class MisbehavingLibrary(Find):
+    """tests/visa/misbehaving: three resources, and what it does in which call."""
+
+    FOUND = ["GPIB0::1::INSTR", "ASRL3::INSTR", "TCPIP0::198.51.100.2::inst0::INSTR"]
+    # What it does, how many resources are printed, the beginning of the message.
+    ROWS = [
+        ("load hang", 0, "dlopen libqvvisa.so did not return within 2 seconds"),
+        ("load throw", 0, "this machine has no VISA library that can be used: libqvvisa.so threw an exception"),
+        ("viOpenDefaultRM crash", 0, "viOpenDefaultRM of libqvvisa.so crashed: Segmentation fault"),
+        ("viFindRsrc throw", 0, "viFindRsrc of libqvvisa.so failed with VI_ERROR_SYSTEM_ERROR"),
+        ("viFindNext abort", 1, "viFindNext of libqvvisa.so crashed: Aborted"),
+        ("viFindNext exit", 1, "viFindNext of libqvvisa.so ended the program with exit status 3"),
+        ("viFindNext close-all", 1, "viFindNext of libqvvisa.so closed the program's files"),
+        ("viFindNext block-signals-and-hang", 1, "viFindNext of libqvvisa.so did not return within 2 seconds"),
+        ("viClose crash", 3, "viClose of libqvvisa.so crashed: Segmentation fault"),
+    ]
+
+    def setUp(self):
+        super().setUp()
+        (self.folder / "libqvvisa.so").symlink_to(MISBEHAVING)
+        self.environment["LD_LIBRARY_PATH"] = str(self.folder)
+
+    def run_find(self, deed, *arguments):
+        return subprocess.run([PROGRAM, "find", *arguments], env={**self.environment, "QVVISA_MISBEHAVES": deed},
+                              capture_output=True, text=True, timeout=60, check=False)
+
+    def test_message_names_the_call_and_what_was_found_is_printed(self):
+        for deed, count, message in self.ROWS:
+            with self.subTest(deed=deed):
+                result = self.run_find(deed, "--timeout", "2" if "hang" in deed else "30")
+                found = [line.split()[0] for line in result.stdout.splitlines()]
+                self.assertEqual((result.returncode, found), (6, self.FOUND[:count]), result.stderr)
+                self.assertEqual(result.stderr.splitlines()[-1][: len(message) + 15], "qvvisa: error: " + message)
+
+    def test_output_of_the_library_is_not_mixed_with_the_list(self):
+        result = self.run_find("viFindNext print")
+        self.assertEqual([line.split()[0] for line in result.stdout.splitlines()], self.FOUND)
+        self.assertRegex(result.stderr, r'(?m)^qvvisa: note: the library printed: the first line\\x0Ammm.*\.\.\.$')
 
 
 class OnTheFinder(Find):
