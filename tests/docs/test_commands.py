@@ -75,12 +75,6 @@ def is_known_to_qvvisa(command):
             raise AssertionError(f"there is no option {option}")
 
 
-def searches_instruments(command):
-    """6 says that there is no VISA library."""
-    if (BUILD / "qvvisa").exists():
-        run(command, HOME, (0, 1, 6))
-
-
 def runs_in_an_empty_home(command):
     if (BUILD / "qvvisa").exists():
         run(f"HOME=$(mktemp -d -p $PWD) {command}", HOME)
@@ -150,6 +144,7 @@ RULES = [
     (r"(cmake|ninja|cpack) .*", names_a_preset),
     (r"clang-format -i FILES", lambda command: None),
     (r"(sudo )?(apt|apt-get|dnf|zypper|pacman|brew) .*", lambda command: None),
+    (r"sudo (chattr|usermod) .*", lambda command: None),
     (r"git (tag|clone|config|log|diff|archive) .*", lambda command: None),
     (r".*(\bssh\b|\.git/|\bgit show\b).*", lambda command: None),  # other machines and repositories
     (r"man \S+", has_a_manual_page),
@@ -157,7 +152,6 @@ RULES = [
     (r"build/release/fuzz/\w+ FILE", run),
     (r"(mkdir|echo|printf|cp|ls|cat) .*", runs_in_home),
     (r"qvvisa init", runs_in_an_empty_home),
-    (r"qvvisa (-\S+ \S+ )*find.*", searches_instruments),
     (r"([A-Z_]+=\S+ )*(build/release/)?qvvisa .*", runs_qvvisa),
 ]
 
