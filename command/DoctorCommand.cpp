@@ -4,6 +4,7 @@
 #include "command/CommandLine.h"
 #include "command/CommandOptions.h"
 #include "command/TextWrap.h"
+#include "command/Watchdog.h"
 #include "config/Encoding.h"
 #include "doctor/Check.h"
 #include "doctor/FinderLog.h"
@@ -56,19 +57,11 @@ std::vector<const Check*> selectedChecks(const DoctorOptions& options)
     return selected;
 }
 
-/// What the VISA library does, if a check wants to know.
-std::optional<visa::ProbeReport> probeFor(const std::vector<const Check*>& selected,
-                                          Machine& machine, const DoctorOptions& options)
+/// Calls the VISA library for the checks that want to know what it does.
+visa::ProbeReport probe(Machine& machine, std::chrono::milliseconds timeout)
 {
-    const std::vector<const Check*> runnable = runnableChecks(selected, machine);
-    const bool isWanted = std::any_of(runnable.begin(), runnable.end(), [](const Check* check) {
-        return check->library != LibraryNeed::Nothing;
-    });
-    if (!isWanted || options.hasNoLibrary) {
-        return std::nullopt;
-    }
     visa::ProbeRequest request;
-    request.timeout = options.timeout;
+    request.timeout = timeout;
     request.serialPorts = true;
     const FinderLog log;
     request.environment = log.variables();
@@ -120,14 +113,19 @@ std::string resultLines(const Output& output, const CheckResult& result)
     return text + '\n';
 }
 
-void printText(Output& output, const std::vector<CheckResult>& results)
+void printResults(Output& output, const std::vector<CheckResult>& results)
 {
-    const CheckResult* first = firstToRepair(results);
     for (const CheckResult& result : results) {
         if (!output.isQuiet() || result.mark == Mark::Problem) {
             output.data(resultLines(output, result));
         }
     }
+    output.flush();
+}
+
+void printFirstRepair(Output& output, const std::vector<CheckResult>& results)
+{
+    const CheckResult* first = firstToRepair(results);
     if (output.isQuiet() && (first == nullptr || first->mark != Mark::Problem)) {
         return;
     }
@@ -175,6 +173,19 @@ ExitCode printList(Output& output)
     return ExitCode::Done;
 }
 
+/// The action's result. The probe needs a process with one thread, so each check has a watchdog of
+/// its own.
+template <typename Action>
+auto withinTime(const std::string& name, Action action)
+{
+    constexpr std::chrono::seconds limit(30);
+    const Watchdog watchdog(limit,
+                            name + " did not end within 30 seconds: a file system or a device does "
+                                   "not answer",
+                            ExitCode::No);
+    return action();
+}
+
 ExitCode runDoctor(CommandContext& context, const DoctorOptions& options)
 {
     Output& output = context.output;
@@ -186,15 +197,27 @@ ExitCode runDoctor(CommandContext& context, const DoctorOptions& options)
                            "the doctor examines a file; qvvisa lint - reads standard input");
     }
     const std::vector<const Check*> selected = selectedChecks(options);
-    Machine machine = examineMachine(context.file);
+    Machine machine = withinTime("the search for the configuration file",
+                                 [&] { return examineMachine(context.file); });
     machine.deadline = std::chrono::steady_clock::now() + options.timeout;
-    const std::optional<visa::ProbeReport> probe = probeFor(selected, machine, options);
-    machine.probe = probe ? &*probe : nullptr;
-    const std::vector<CheckResult> results = runChecks(selected, machine);
+    std::optional<visa::ProbeReport> report;
+    std::vector<CheckResult> results;
+    for (const Check* check : runnableChecks(selected, machine)) {
+        if (check->library != LibraryNeed::Nothing && !options.hasNoLibrary && !report) {
+            report = probe(machine, options.timeout);
+            machine.probe = &*report;
+        }
+        const std::vector<CheckResult> found =
+            withinTime(check->id, [&] { return runChecks({check}, machine); });
+        results.insert(results.end(), found.begin(), found.end());
+        if (!output.isJson()) {
+            printResults(output, found);
+        }
+    }
     if (output.isJson()) {
         printJson(output, results);
     } else {
-        printText(output, results);
+        printFirstRepair(output, results);
     }
     return countOf(results, Mark::Problem) > 0 ? ExitCode::No : ExitCode::Done;
 }

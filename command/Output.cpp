@@ -55,6 +55,11 @@ void Output::flushData()
     m_streams.out.flush();
 }
 
+void Output::flush()
+{
+    m_streams.out.flush();
+}
+
 void Output::json(const nlohmann::ordered_json& object)
 {
     m_streams.out << object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)

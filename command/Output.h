@@ -65,6 +65,9 @@ public:
     /// Bytes on standard output as they are.
     void data(std::string_view bytes);
 
+    /// Writes what is buffered for standard output.
+    void flush();
+
     /// Writes what data() has gathered, so that it is before the messages that follow.
     void flushData();
 
