@@ -155,7 +155,7 @@ Json toJson(const FindResult& result, bool isIdentify)
 {
     Json object;
     object["schema"] = "qvvisa-find/1";
-    object["library"] = pathToUtf8(result.report.library);
+    object["library"] = libraryName(result.report);
     object["libraryFile"] = pathToUtf8(result.report.libraryFile);
     object["resources"] = resourcesToJson(result, isIdentify);
     object["missing"] = nullptr;
@@ -242,8 +242,8 @@ void printNoteOnSilentLibrary(Output& output, const visa::ProbeReport& report)
         }
     }
     if (!missing.empty()) {
-        output.message(Severity::Note, pathToUtf8(report.library) +
-                                           " cannot ask instruments: it lacks " + joined(missing));
+        output.message(Severity::Note, libraryName(report) + " cannot ask instruments: it lacks " +
+                                           joined(missing));
     }
 }
 
@@ -291,7 +291,7 @@ ExitCode printJson(Output& output, const FindResult& result, const FindOptions& 
         return exitCodeOf(result, options.isMissing);
     }
     Json object = errorToJson(*result.failure);
-    object["library"] = pathToUtf8(result.report.library);
+    object["library"] = libraryName(result.report);
     object["resources"] = resourcesToJson(result, options.isIdentify);
     output.json(object);
     return result.failure->code();
@@ -317,9 +317,7 @@ ExitCode printText(Output& output, const FindResult& result, const FindOptions& 
             }
         }
     } else if (result.report.resources.empty()) {
-        output.message(Severity::Warning, "nothing was found by " +
-                                              pathToUtf8(result.report.library) +
-                                              " (qvvisa doctor says why)");
+        output.message(Severity::Warning, "nothing was found (qvvisa doctor says why)");
     }
     return exitCodeOf(result, options.isMissing);
 }

@@ -22,11 +22,10 @@ std::string openCallText(const visa::ProbeReport& report)
 {
     const visa::ProbedCall* const call = report.openCall();
     if (call == nullptr) {
-        return report.library.empty() ? "the search for a VISA library"
-                                      : pathToUtf8(report.library);
+        return report.library.empty() ? "the search for a VISA library" : libraryName(report);
     }
     return pathToUtf8(call->name) +
-           (report.library.empty() ? std::string() : " of " + pathToUtf8(report.library));
+           (report.library.empty() ? std::string() : " of " + libraryName(report));
 }
 
 std::string secondsText(std::chrono::milliseconds time)
@@ -115,6 +114,12 @@ const visa::ProbedCall* failedOpen(const visa::ProbeReport& report)
 
 } // namespace
 
+std::string libraryName(const visa::ProbeReport& report)
+{
+    const bool isPath = report.library.find('/') != std::string::npos;
+    return pathToUtf8(isPath && !report.libraryFile.empty() ? report.libraryFile : report.library);
+}
+
 std::optional<CommandError> failureOf(const visa::ProbeReport& report,
                                       std::chrono::milliseconds timeout)
 {
@@ -126,18 +131,18 @@ std::optional<CommandError> failureOf(const visa::ProbeReport& report,
     }
     if (const visa::ProbedCall* const call = failedOpen(report)) {
         return CommandError(ExitCode::LibraryFailed,
-                            statusText(call->name + " of " + report.library, call->status) +
+                            statusText(call->name + " of " + libraryName(report), call->status) +
                                 s_hint);
     }
     if (report.hasSearched && report.searchStatus == VI_ERROR_INV_EXPR) {
         return CommandError(ExitCode::WrongUsage,
-                            pathToUtf8(report.library) + " does not understand the expression");
+                            libraryName(report) + " does not understand the expression");
     }
     const bool isEmpty = report.searchStatus == VI_ERROR_RSRC_NFOUND;
     if (report.hasSearched && report.searchStatus < VI_SUCCESS && !isEmpty) {
-        return CommandError(ExitCode::LibraryFailed,
-                            statusText("viFindRsrc of " + report.library, report.searchStatus) +
-                                s_hint);
+        return CommandError(
+            ExitCode::LibraryFailed,
+            statusText("viFindRsrc of " + libraryName(report), report.searchStatus) + s_hint);
     }
     return std::nullopt;
 }
