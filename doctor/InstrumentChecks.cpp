@@ -97,7 +97,10 @@ void reportFinderLine(const std::string& line, CheckReport& report)
         report.note(sentence(line));
     } else if (startsWith(line, "ASRL")) {
         reportPort(line, report);
-    } else {
+    } else if (startsWith(line, "found but not reachable: ")) {
+        report.warning(sentence(line), "Give it an address in a subnet of this machine, or add its "
+                                       "resource string by hand.");
+    } else if (!startsWith(line, "no permission for ")) { // The check of rights knows the remedy.
         report.warning(sentence(line));
     }
 }

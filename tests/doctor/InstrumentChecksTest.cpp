@@ -121,13 +121,15 @@ TEST_F(InstrumentChecks, LogOfTheFinderIsReportedLineByLine)
         "ASRL1::INSTR is /dev/ttyS0",
         "ASRL101::INSTR is /dev/ttyUSB0; to pin it: 101 = /dev/serial/by-id/usb-A",
         "ASRL11::INSTR is /dev/ttyUSB1, pinned to /dev/serial/by-id/usb-B",
+        "no permission for /dev/ttyUSB1 (group dialout)",
         "left out: USB instrument 0x0957 0x56A0 at 1-2:1.0: it has no serial number",
         "search for ASRL?*",
         "ASRL1::INSTR is /dev/ttyS0",
     };
     EXPECT_EQ(remedies("instruments.finder"),
               "ok: The finder asked 1 interface with 10 packets, 2 answers.\n"
-              "warning: The finder: found but not reachable: Scope at 203.0.113.9.\n"
+              "warning: The finder: found but not reachable: Scope at 203.0.113.9. -> Give it an "
+              "address in a subnet of this machine, or add its resource string by hand.\n"
               "ok: ASRL1::INSTR is /dev/ttyS0.\n"
               "note: ASRL101::INSTR is /dev/ttyUSB0; the number depends on the order in which "
               "adapters are plugged in. -> To keep it, add this line to "
