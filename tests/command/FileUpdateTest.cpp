@@ -137,6 +137,10 @@ TEST_F(FileUpdate, BackupThatCannotTakeItsNameLeavesTheFileAlone)
     EXPECT_THROW(updateFile(path(), appendLine, ".old"), CommandError);
     EXPECT_EQ(support::readFile(path()), s_old);
     EXPECT_EQ(filesInFolder(), 2U);
+    fs::create_hard_link(path(), m_folder.path() / "second");
+    EXPECT_THROW(updateFile(path(), appendLine, ".old"), CommandError);
+    EXPECT_EQ(support::readFile(path()), s_old) << "in place";
+    EXPECT_EQ(filesInFolder(), 3U);
 }
 
 TEST_F(FileUpdate, FileWithTwoNamesIsWrittenInPlace)
@@ -202,6 +206,32 @@ TEST_F(FileUpdate, ChangesByOthersBetweenReadingAndWritingAreNotLost)
     EXPECT_EQ(calls, 3);
     EXPECT_EQ(support::readFile(path()), "written in place\nnew\n");
     EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(FileUpdate, ChangesByOthersToAFileWithTwoNamesAreNotLost)
+{
+    fs::create_hard_link(path(), m_folder.path() / "second");
+    int calls = 0;
+    updateFile(
+        path(),
+        [&](const QvVisa::Document& old) {
+            if (++calls == 1) {
+                support::writeFile(path(), "written in place\n");
+            }
+            return appendLine(old);
+        },
+        std::nullopt);
+    EXPECT_EQ(support::readFile(path()), "written in place\nnew\n");
+}
+
+TEST_F(FileUpdate, FileThatOthersRemoveStaysRemoved)
+{
+    EXPECT_EQ(exitCodeOf([&](const QvVisa::Document& old) {
+                  fs::remove(path());
+                  return appendLine(old);
+              }),
+              ExitCode::NoFile);
+    EXPECT_EQ(filesInFolder(), 0U);
 }
 
 TEST_F(FileUpdate, TenChangesByOthersInARowAreAConflict)
