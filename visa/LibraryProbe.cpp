@@ -31,9 +31,6 @@ constexpr std::chrono::milliseconds s_turn{20};
 /// A killed child that hangs in a driver does not end. It is given up after this.
 constexpr std::chrono::milliseconds s_longestBurial{200};
 
-/// A process that holds the pipes open may go on writing to them after the child's end.
-constexpr int s_mostLastReads = 16;
-
 /// A pipe whose ends are closed with the object and in a new program.
 class Pipe
 {
@@ -64,21 +61,18 @@ public:
     void closeReadEnd() { closeEnd(0); }
     void closeWriteEnd() { closeEnd(1); }
 
-    /// Gives what is there to take(std::string_view), in one read. False when there is nothing now,
-    /// or nothing more.
+    /// Gives what is there, if anything, to take(std::string_view). A pipe holds no more than one
+    /// read gets.
     template <typename Take>
-    bool read(Take take)
+    void read(Take take)
     {
         std::array<char, 65536> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init)
         const ssize_t size = isOpen() ? ::read(m_ends[0], buffer.data(), buffer.size()) : 0;
         if (size > 0) {
             take(std::string_view(buffer.data(), static_cast<std::size_t>(size)));
-            return true;
-        }
-        if (size == 0) {
+        } else if (size == 0) {
             closeReadEnd();
         }
-        return false;
     }
 
 private:
@@ -152,9 +146,7 @@ ProbeReport Probe::run()
     m_output.closeWriteEnd();
     const ProbeEnd end = follow();
     kill();
-    for (int reads = 0; reads < s_mostLastReads; ++reads) {
-        readOutput();
-    }
+    readOutput();
     return m_builder.finish(end);
 }
 
@@ -178,11 +170,8 @@ ProbeEnd Probe::follow()
     for (;;) {
         // Before the reads, so that they get all that it wrote.
         const std::optional<ProbeEnd> ended = childsEnd();
-        const int reads = ended ? s_mostLastReads : 1;
-        for (int read = 0; read < reads; ++read) {
-            readReport();
-            readOutput();
-        }
+        readReport();
+        readOutput();
         if (m_builder.end()) {
             return *m_builder.end();
         }

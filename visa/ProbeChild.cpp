@@ -61,22 +61,16 @@ int moveAboveLimit(int descriptor)
     return moved;
 }
 
-/// The caller may have closed its standard descriptors, so a pipe can have such a number.
-int moveFromStandard(int descriptor)
-{
-    return ::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-}
-
 /// Standard input becomes empty, and output goes to the pipe, at once: what a library printed
-/// before it crashed is shown too.
+/// before it crashed is shown too. The output is the last of four descriptors, so it is no standard
+/// one.
 void redirectStandardStreams(int output)
 {
-    const int empty = moveFromStandard(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-    ::dup2(empty, STDIN_FILENO);
     ::dup2(output, STDOUT_FILENO);
     ::dup2(output, STDERR_FILENO);
-    ::close(empty);
     ::close(output);
+    ::close(STDIN_FILENO);
+    ::open("/dev/null", O_RDONLY); // The lowest free number is that of standard input.
     std::setvbuf(stdout, nullptr, _IONBF, 0);
 }
 
@@ -114,9 +108,9 @@ void runProbeChild(const ProbeRequest& request, ProbeChildPipes pipes, pid_t par
 {
     separateProcess(parent);
     resetSignals();
-    const int output = moveFromStandard(pipes.output);
-    ProbeReportPipe report(moveAboveLimit(moveFromStandard(pipes.report)));
-    redirectStandardStreams(output);
+    // Before the streams: the caller may have closed its own, and a pipe has such a number.
+    ProbeReportPipe report(moveAboveLimit(pipes.report));
+    redirectStandardStreams(pipes.output);
     s_report = &report;
     handleExit();
     for (const auto& [name, value] : request.environment) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/BenchFixture.h"
+#include "tests/support/Files.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/TemporaryFolder.h"
 #include "visa/LibraryProbe.h"
@@ -16,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 using visa::ProbeEnd;
@@ -121,7 +123,7 @@ const std::vector<Misbehaviour> misbehaviours{
     {"ProcessLeftAndCrash", "viFindNext leave-process-and-crash",
      "crashed " + std::to_string(SIGSEGV), "viFindNext", 1},
     {"ForkedProcessExits", "viFindRsrc fork-and-exit", "finished", "", 3},
-    {"ForkedProcessReturns", "viFindRsrc fork-and-return", "finished", "", 3},
+    {"ForkedProcessReturns", "viFindNext fork-and-return", "finished", "", 3},
     {"DescriptorsClosedBelowLimit", "viFindRsrc close-below-limit", "finished", "", 3},
     {"DescriptorsClosed", "viFindRsrc close-all", "report lost", "viFindRsrc ?*", 0},
     {"DescriptorsClosedInNext", "viFindNext close-all-and-hang", "report lost", "viFindNext", 1},
@@ -257,6 +259,9 @@ TEST(LibraryProbe, WhatWasPrintedBeforeACrashIsKept)
 
 TEST(LibraryProbe, StandardInputIsEmpty)
 {
+    const support::TemporaryFolder folder;
+    support::writeFile(folder.path() / "input", "x");
+    ASSERT_EQ(::dup2(::open((folder.path() / "input").c_str(), O_RDONLY), STDIN_FILENO), 0);
     setVariable("QVVISA_MISBEHAVES", "viFindRsrc read-input");
     EXPECT_EQ(probe(QVVISA_MISBEHAVING_LIBRARY).output, "input: -1\n");
 }
@@ -275,9 +280,10 @@ TEST(LibraryProbe, TheCallersExitHandlersRunOnlyInTheCaller)
         testing::ExitedWithCode(0), "^exited 3\\[\\]\nhandler\n$");
 }
 
-TEST(LibraryProbe, AnIgnoredEndOfChildrenDoesNotHideACrash)
+TEST(LibraryProbe, SignalsThatTheCallerIgnoresDoNotHideACrash)
 {
     std::signal(SIGCHLD, SIG_IGN); // NOLINT(cert-err33-c)
+    std::signal(SIGSEGV, SIG_IGN); // NOLINT(cert-err33-c)
     setVariable("QVVISA_MISBEHAVES", "viFindNext crash");
     EXPECT_EQ(describe(probe(QVVISA_MISBEHAVING_LIBRARY).end),
               "crashed " + std::to_string(SIGSEGV));
@@ -321,6 +327,28 @@ TEST(LibraryProbe, ACountThatIsTooSmallIsNoticed)
     EXPECT_EQ(resourcesOf(report), (Texts{"ASRL1::INSTR", "ASRL2::INSTR"}));
     EXPECT_TRUE(report.hasMoreThanCount);
     EXPECT_FALSE(probe(QVVISA_MISBEHAVING_LIBRARY).hasMoreThanCount);
+}
+
+TEST(LibraryProbe, FailuresThatAreNotInARowDoNotCutTheList)
+{
+    setVariable("QVVISA_MISBEHAVES", "viFindNext fail-every-other-time");
+    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
+    EXPECT_FALSE(report.isListCut);
+    EXPECT_EQ(report.droppedEntries, 1250U);
+    EXPECT_EQ(report.resources.size(), 1251U);
+}
+
+TEST(LibraryProbe, NothingThatTheLibraryStartedRemains)
+{
+    // The process that the library leaves holds the writing end as well.
+    std::array<int, 2> ends{};
+    ASSERT_EQ(::pipe(ends.data()), 0);
+    setVariable("QVVISA_MISBEHAVES", "viOpenDefaultRM leave-process");
+    EXPECT_EQ(describe(probe(QVVISA_MISBEHAVING_LIBRARY).end), "finished");
+    ::close(ends[1]);
+    char byte = 0;
+    EXPECT_EQ(::read(ends[0], &byte, 1), 0);
+    ::close(ends[0]);
 }
 
 TEST(LibraryProbe, AnEndlessListIsCut)
@@ -473,6 +501,14 @@ TEST_F(Identification, KeepsTheAnswersBeforeAnInstrumentThatHangs)
     const std::string notAsked = visa::statusName(VI_ERROR_LIBRARY_NFOUND);
     EXPECT_EQ(answersOf(report), (Texts{"VI_SUCCESS X\n", notAsked, notAsked}));
     EXPECT_EQ(report.windowList.size(), 3U);
+}
+
+TEST_F(Identification, AnAnswerIsNoLongerThanItsBuffer)
+{
+    const ProbeReport report =
+        probe(QVVISA_TALKING_LIBRARY, [](ProbeRequest& request) { request.identify = true; });
+    ASSERT_EQ(report.resources.size(), 3U);
+    EXPECT_EQ(report.resources[0].identity, std::string(1024, 'r'));
 }
 
 TEST_F(Identification, ALibraryThatCannotTalkIsNotAsked)

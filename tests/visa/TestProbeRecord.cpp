@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
@@ -49,11 +50,20 @@ TEST(ProbeRecord, ALongTextIsCut)
     EXPECT_FALSE(reader.isGarbled());
 }
 
+/// A record whose text is said to have that length.
+std::string textOfLength(std::uint32_t length)
+{
+    std::string bytes = visa::encodeProbeRecord(ProbeRecordKind::Found);
+    std::memcpy(bytes.data() + 16, &length, sizeof length);
+    return bytes;
+}
+
 TEST(ProbeRecord, BytesThatAreNoRecordEndTheStream)
 {
     const std::string good = visa::encodeProbeRecord(ProbeRecordKind::Finished);
-    for (const std::string& bad : {std::string(24, '\0'), std::string(24, '\xFF'),
-                                   std::string("This is no record of it.")}) {
+    for (const std::string& bad :
+         {textOfLength(ProbeRecord::mostText + 1), std::string(24, '\0'), std::string(24, '\xFF'),
+          std::string("This is no record of it.")}) {
         ProbeRecordReader reader;
         reader.append(good);
         reader.append(bad);

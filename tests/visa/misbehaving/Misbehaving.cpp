@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 /// A VISA library with three resources that does what no library should, where the variable
@@ -105,11 +106,23 @@ void misbehave(std::string_view deed)
         leaveProcess();
         ::raise(SIGSEGV);
     } else if (deed == "fork-and-exit") {
-        if (::fork() == 0) {
+        const pid_t forked = ::fork();
+        if (forked == 0) {
             std::exit(5); // NOLINT(concurrency-mt-unsafe)
         }
+        int status = 0;
+        ::waitpid(forked, &status, 0);
+        if (!WIFEXITED(status) || WEXITSTATUS(status) != 5) {
+            std::abort();
+        }
     } else if (deed == "fork-and-return") {
-        ::fork();
+        // Both return, the forked process first, and that one finds nothing more.
+        const pid_t forked = ::fork();
+        if (forked == 0) {
+            s_next = count;
+        } else {
+            ::waitpid(forked, nullptr, 0);
+        }
     } else if (deed == "close-below-limit") {
         closeBelowLimit();
     } else if (deed == "close-all") {
@@ -192,6 +205,8 @@ QVVISA_EXPORT ViStatus viFindRsrc(ViSession, ViConstString, ViFindList* list, Vi
         std::memset(description, 'o', VI_FIND_BUFLEN + 20);
     } else if (deedOf("viFindRsrc") == "announce-everything") {
         *matches = ~ViUInt32{0};
+    } else if (deedOf("viFindNext") == "fail-every-other-time") {
+        *matches = 2501;
     }
     return VI_SUCCESS;
 }
@@ -202,6 +217,9 @@ QVVISA_EXPORT ViStatus viFindNext(ViFindList, ViChar* description)
     if (deedOf("viFindNext") == "repeat-for-ever") {
         describe(description, resources[0]);
         return VI_SUCCESS;
+    }
+    if (deedOf("viFindNext") == "fail-every-other-time") {
+        return ++s_next % 2 == 0 ? VI_ERROR_SYSTEM_ERROR : VI_SUCCESS;
     }
     if (s_next >= count) {
         return VI_ERROR_RSRC_NFOUND;
@@ -226,3 +244,28 @@ QVVISA_EXPORT ViStatus viClose(ViObject)
     enter("viClose");
     return VI_SUCCESS;
 }
+
+#ifdef QVVISA_TALKS
+extern "C" QVVISA_EXPORT ViStatus viOpen(ViSession, ViConstString, ViUInt32, ViUInt32,
+                                         ViSession* instrument)
+{
+    *instrument = 3;
+    return VI_SUCCESS;
+}
+
+extern "C" QVVISA_EXPORT ViStatus viWrite(ViSession, const unsigned char*, ViUInt32 size,
+                                          ViUInt32* written)
+{
+    *written = size;
+    return VI_SUCCESS;
+}
+
+/// Claims to have read more than there is room for.
+extern "C" QVVISA_EXPORT ViStatus viRead(ViSession, unsigned char* buffer, ViUInt32 size,
+                                         ViUInt32* got)
+{
+    std::memset(buffer, 'r', size);
+    *got = ~ViUInt32{0};
+    return VI_SUCCESS;
+}
+#endif
