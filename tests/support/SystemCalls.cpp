@@ -19,7 +19,6 @@
 namespace {
 
 using support::CallAnswer;
-using support::SystemCall;
 using support::SystemCalls;
 
 struct State
@@ -221,6 +220,8 @@ SystemCalls::Handler SystemCalls::shortening()
 #pragma GCC visibility push(default)
 extern "C" {
 
+// Some standard libraries include <unistd.h> nevertheless.
+// NOLINTBEGIN(readability-redundant-declaration)
 int close(int file);
 ssize_t read(int file, void* bytes, std::size_t size);
 ssize_t pread(int file, void* bytes, std::size_t size, off_t offset);
@@ -233,6 +234,7 @@ int linkat(int fromFolder, const char* from, int toFolder, const char* to, int f
 int unlinkat(int folder, const char* name, int flags) noexcept;
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept;
 ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept;
+// NOLINTEND(readability-redundant-declaration)
 
 int open(const char* path, int flags, ...)
 {
