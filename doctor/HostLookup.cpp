@@ -101,7 +101,7 @@ std::map<std::string, HostLookup> lookUpHosts(const std::set<std::string>& names
             unknown.push_back(name);
         }
     }
-    if (unknown.empty()) {
+    if (unknown.empty() || std::chrono::steady_clock::now() >= deadline) {
         return results;
     }
     const std::size_t count = std::min(unknown.size(), s_mostThreads);

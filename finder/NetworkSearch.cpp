@@ -403,12 +403,15 @@ std::vector<std::string> NetworkSearch::results()
         m_log.line("more services were announced than one search lists");
     }
     int packets = 0;
+    std::string names;
     for (const Link& link : m_links) {
         packets += link.packets;
+        names += (names.empty() ? " (" : ", ") + link.interface.name;
     }
     m_log.line("asked " + std::to_string(m_links.size()) +
-               (m_links.size() == 1 ? " interface with " : " interfaces with ") +
-               std::to_string(packets) + " packets, " + std::to_string(m_answers) + " answers");
+               (m_links.size() == 1 ? " interface" : " interfaces") +
+               (names.empty() ? "" : names + ')') + " with " + std::to_string(packets) +
+               " packets, " + std::to_string(m_answers) + " answers");
     list.log(m_log);
     return list.resourceStrings();
 }

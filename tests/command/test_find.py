@@ -148,7 +148,7 @@ class OnTheFinder(Find):
         self.assertEqual([row[0] for row in rows], ON_THE_NETWORK)
         self.assertEqual([row[1] for row in rows], ["-", "SCOPE", "-", "USB_SCOPE", "-", "-"])
         self.assertIn("note: ASRL101::INSTR is /dev/ttyUSB0\n", result.stderr)
-        self.assertRegex(result.stderr, r"note: asked 1 interface with \d+ packets, \d+ answers\n")
+        self.assertRegex(result.stderr, r"note: asked 1 interface \([^)]+\) with \d+ packets, \d+ answers\n")
         self.assertNotIn("found 198", result.stderr)
 
     def test_quiet_prints_the_list_alone(self):

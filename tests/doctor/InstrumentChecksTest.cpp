@@ -115,7 +115,7 @@ TEST_F(InstrumentChecks, LogOfTheFinderIsReportedLineByLine)
     libraryFinds({});
     m_finderLog = {
         "search for ?*",
-        "asked 1 interface with 10 packets, 2 answers",
+        "asked 1 interface (eth0) with 10 packets, 2 answers",
         "found 198.51.100.7 (Maker, Model) TCPIP0::198.51.100.7::hislip0::INSTR",
         "found but not reachable: Scope at 203.0.113.9",
         "ASRL1::INSTR is /dev/ttyS0",
@@ -127,7 +127,7 @@ TEST_F(InstrumentChecks, LogOfTheFinderIsReportedLineByLine)
         "ASRL1::INSTR is /dev/ttyS0",
     };
     EXPECT_EQ(remedies("instruments.finder"),
-              "ok: The finder asked 1 interface with 10 packets, 2 answers.\n"
+              "ok: The finder asked 1 interface (eth0) with 10 packets, 2 answers.\n"
               "warning: The finder: found but not reachable: Scope at 203.0.113.9. -> Give it an "
               "address in a subnet of this machine, or add its resource string by hand.\n"
               "ok: ASRL1::INSTR is /dev/ttyS0.\n"

@@ -32,7 +32,7 @@ class OneCable(unittest.TestCase):
         result = lab.search()
         self.assertEqual(result.resources, [])
         self.assertLess(result.milliseconds, 1600)
-        self.assertIn("asked 1 interface with 10 packets, 0 answers", result.log)
+        self.assertIn(f"asked 1 interface ({self.peer.cable}) with 10 packets, 0 answers", result.log)
 
     def test_port_mapper_alone_gives_vxi11(self):
         result = self.found({"address": "198.51.100.2", "vxi11": 1024})
