@@ -127,7 +127,7 @@ const std::vector<Misbehaviour> misbehaviours{
     {"DescriptorsClosedBelowLimit", "viFindRsrc close-below-limit", "finished", "", 3},
     {"DescriptorsClosed", "viFindRsrc close-all", "report lost", "viFindRsrc ?*", 0},
     {"DescriptorsClosedInNext", "viFindNext close-all-and-hang", "report lost", "viFindNext", 1},
-    {"ReportOverwritten", "viFindNext write-to-all", "report lost", "viFindNext", 1},
+    {"ReportOverwritten", "viFindNext write-to-report", "report lost", "viFindNext", 1},
     {"FolderChanged", "load change-folder", "finished", "", 3},
     {"InputRead", "viFindRsrc read-input", "finished", "", 3},
     {"Printing", "viFindRsrc print", "finished", "", 3},
