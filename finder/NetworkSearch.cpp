@@ -274,7 +274,7 @@ bool NetworkSearch::receiveUntil(Clock::time_point time)
     waits.push_back({m_cancelDescriptor, POLLIN, 0});
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
     const int timeout = static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
-    if (::poll(waits.data(), waits.size(), timeout) <= 0) {
+    if (::poll(waits.data(), static_cast<nfds_t>(waits.size()), timeout) <= 0) {
         return true;
     }
     for (std::size_t i = 0; i < watched.size(); ++i) {

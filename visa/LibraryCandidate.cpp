@@ -24,8 +24,10 @@ namespace {
 
 using Origin = CandidateFile::Origin;
 
+#ifdef __GLIBC__
 /// Real ones have less than 1 MB.
 constexpr std::size_t s_mostCache = std::size_t{16} << 20U;
+#endif
 
 std::string programPath()
 {

@@ -81,7 +81,7 @@ void resetSignals()
         ::signal(number, SIG_DFL); // Some cannot be changed.
     }
     sigset_t none{};
-    ::sigemptyset(&none);
+    sigemptyset(&none); // A macro on macOS.
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 

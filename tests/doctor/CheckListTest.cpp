@@ -6,6 +6,7 @@
 
 #include <sys/stat.h>
 
+#include <array>
 #include <cstdlib>
 #include <map>
 
@@ -26,12 +27,16 @@ protected:
             ::lstat(entry.path().c_str(), &status);
             std::string& text = found[entry.path().string()];
             for (const auto value : {std::uintmax_t{status.st_ino}, std::uintmax_t{status.st_mode},
-                                     static_cast<std::uintmax_t>(status.st_size),
-                                     static_cast<std::uintmax_t>(status.st_mtim.tv_sec),
-                                     static_cast<std::uintmax_t>(status.st_mtim.tv_nsec),
-                                     static_cast<std::uintmax_t>(status.st_ctim.tv_sec),
-                                     static_cast<std::uintmax_t>(status.st_ctim.tv_nsec)}) {
+                                     static_cast<std::uintmax_t>(status.st_size)}) {
                 text += std::to_string(value) + ' ';
+            }
+#ifdef __APPLE__
+            const std::array times{status.st_mtimespec, status.st_ctimespec};
+#else
+            const std::array times{status.st_mtim, status.st_ctim};
+#endif
+            for (const timespec& time : times) {
+                text += std::to_string(time.tv_sec) + '.' + std::to_string(time.tv_nsec) + ' ';
             }
         }
         return found;

@@ -17,10 +17,17 @@ constexpr int s_true = 10;
 constexpr int s_false = 11;
 constexpr int s_stillRoot = 12;
 
+#ifdef __APPLE__
+using GroupCount = int;
+#else
+using GroupCount = std::size_t;
+#endif
+
 bool giveUpRoot(const std::vector<gid_t>& groups)
 {
-    return ::geteuid() != 0 || (::setgroups(groups.size(), groups.data()) == 0 &&
-                                ::setgid(ordinaryGroup) == 0 && ::setuid(ordinaryUser) == 0);
+    return ::geteuid() != 0 ||
+           (::setgroups(static_cast<GroupCount>(groups.size()), groups.data()) == 0 &&
+            ::setgid(ordinaryGroup) == 0 && ::setuid(ordinaryUser) == 0);
 }
 
 } // namespace

@@ -21,6 +21,9 @@ namespace {
 using support::CallAnswer;
 using support::SystemCalls;
 
+/// As the system's headers declare calls that are no cancellation points.
+constexpr bool s_isNoexcept = noexcept(::fchmod(0, 0));
+
 struct State
 {
     bool isArmed = false;
@@ -228,12 +231,14 @@ ssize_t pread(int file, void* bytes, std::size_t size, off_t offset);
 ssize_t write(int file, const void* bytes, std::size_t size);
 ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset);
 int fsync(int file);
-int ftruncate(int file, off_t size) noexcept;
-int fchown(int file, uid_t user, gid_t group) noexcept;
-int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept;
-int unlinkat(int folder, const char* name, int flags) noexcept;
-int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept;
-ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept;
+int ftruncate(int file, off_t size) noexcept(s_isNoexcept);
+int fchown(int file, uid_t user, gid_t group) noexcept(s_isNoexcept);
+int linkat(int fromFolder, const char* from, int toFolder, const char* to,
+           int flags) noexcept(s_isNoexcept);
+int unlinkat(int folder, const char* name, int flags) noexcept(s_isNoexcept);
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept(s_isNoexcept);
+ssize_t readlinkat(int folder, const char* path, char* text,
+                   std::size_t size) noexcept(s_isNoexcept);
 // NOLINTEND(readability-redundant-declaration)
 
 int open(const char* path, int flags, ...)
@@ -302,52 +307,54 @@ int fsync(int file)
     return forward<decltype(::fsync)>("fsync", file);
 }
 
-int ftruncate(int file, off_t size) noexcept
+int ftruncate(int file, off_t size) noexcept(s_isNoexcept)
 {
     return forward<decltype(::ftruncate)>("ftruncate", file, size);
 }
 
-int fchmod(int file, mode_t mode) noexcept
+int fchmod(int file, mode_t mode) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fchmod)>("fchmod", file, mode);
 }
 
-int fchown(int file, uid_t user, gid_t group) noexcept
+int fchown(int file, uid_t user, gid_t group) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fchown)>("fchown", file, user, group);
 }
 
-int futimens(int file, const struct timespec times[2]) noexcept
+int futimens(int file, const struct timespec times[2]) noexcept(s_isNoexcept)
 {
     return forward<decltype(::futimens)>("futimens", file, times);
 }
 
-int fstat(int file, struct stat* status) noexcept
+int fstat(int file, struct stat* status) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fstat)>("fstat", file, status);
 }
 
-int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fstatat)>("fstatat", folder, path, status, flags);
 }
 
-ssize_t readlinkat(int folder, const char* path, char* text, std::size_t size) noexcept
+ssize_t readlinkat(int folder, const char* path, char* text,
+                   std::size_t size) noexcept(s_isNoexcept)
 {
     return forward<decltype(::readlinkat)>("readlinkat", folder, path, text, size);
 }
 
-int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept
+int linkat(int fromFolder, const char* from, int toFolder, const char* to,
+           int flags) noexcept(s_isNoexcept)
 {
     return forward<decltype(::linkat)>("linkat", fromFolder, from, toFolder, to, flags);
 }
 
-int unlinkat(int folder, const char* name, int flags) noexcept
+int unlinkat(int folder, const char* name, int flags) noexcept(s_isNoexcept)
 {
     return forward<decltype(::unlinkat)>("unlinkat", folder, name, flags);
 }
 
-int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept
+int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept(s_isNoexcept)
 {
     return pass(
         "renameat",
@@ -356,13 +363,13 @@ int renameat(int fromFolder, const char* from, int toFolder, const char* to) noe
 
 #ifdef RENAME_EXCHANGE
 int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
-              unsigned int flags) noexcept
+              unsigned int flags) noexcept(s_isNoexcept)
 {
     return forward<decltype(::renameat2)>("renameat2", fromFolder, from, toFolder, to, flags);
 }
 #endif
 
-int flock(int file, int operation) noexcept
+int flock(int file, int operation) noexcept(s_isNoexcept)
 {
     return forward<decltype(::flock)>("flock", file, operation);
 }
@@ -373,27 +380,29 @@ int nanosleep(const struct timespec* time, struct timespec* remaining)
 }
 
 #ifdef __linux__
-ssize_t flistxattr(int file, char* names, std::size_t size) noexcept;
-ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept;
-int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept;
-int fremovexattr(int file, const char* name) noexcept;
+ssize_t flistxattr(int file, char* names, std::size_t size) noexcept(s_isNoexcept);
+ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept(s_isNoexcept);
+int fsetxattr(int file, const char* name, const void* value, std::size_t size,
+              int flags) noexcept(s_isNoexcept);
+int fremovexattr(int file, const char* name) noexcept(s_isNoexcept);
 
-ssize_t flistxattr(int file, char* names, std::size_t size) noexcept
+ssize_t flistxattr(int file, char* names, std::size_t size) noexcept(s_isNoexcept)
 {
     return forward<decltype(::flistxattr)>("flistxattr", file, names, size);
 }
 
-ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept
+ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fgetxattr)>("fgetxattr", file, name, value, size);
 }
 
-int fsetxattr(int file, const char* name, const void* value, std::size_t size, int flags) noexcept
+int fsetxattr(int file, const char* name, const void* value, std::size_t size,
+              int flags) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fsetxattr)>("fsetxattr", file, name, value, size, flags);
 }
 
-int fremovexattr(int file, const char* name) noexcept
+int fremovexattr(int file, const char* name) noexcept(s_isNoexcept)
 {
     return forward<decltype(::fremovexattr)>("fremovexattr", file, name);
 }

@@ -6,6 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include <unistd.h>
+
 namespace support {
 
 TemporaryFolder::TemporaryFolder()
