@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/BenchFixture.h"
 #include "tests/support/Files.h"
-#include "tests/support/Sanitizers.h"
 #include "tests/support/TemporaryFolder.h"
-#include "visa/LibraryProbe.h"
-#include "visa/StatusNames.h"
+#include "tests/visa/Probing.h"
 
 #include <gtest/gtest.h>
 
@@ -26,62 +24,7 @@ using visa::ProbeRequest;
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-const Texts everything{"GPIB0::1::INSTR", "ASRL3::INSTR", "TCPIP0::198.51.100.2::inst0::INSTR"};
-
-/// For a library that hangs; long enough for a busy machine to come to the call in which it does.
-constexpr std::chrono::milliseconds hangingTimeout{support::isSanitized ? 6000 : 2000};
-
-void setVariable(const char* name, const std::string& value)
-{
-    ::setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
-}
-
-ProbeReport probe(
-    const std::string& library, void (*change)(ProbeRequest&) = [](ProbeRequest&) {})
-{
-    ProbeRequest request;
-    request.candidates = {library};
-    request.timeout = std::chrono::seconds(30);
-    change(request);
-    return visa::probeLibrary(request);
-}
-
-ProbeReport probeSimulator(void (*change)(ProbeRequest&) = [](ProbeRequest&) {})
-{
-    return probe(QVVISA_SIMULATOR_LIBRARY, change);
-}
-
-Texts resourcesOf(const ProbeReport& report)
-{
-    Texts texts;
-    for (const visa::FoundResource& found : report.resources) {
-        texts.push_back(found.resource);
-    }
-    return texts;
-}
-
-/// "viFindNext 3 VI_SUCCESS", or "viFindNext ..." for a call without an answer.
-Texts callsOf(const ProbeReport& report)
-{
-    Texts texts;
-    for (const visa::ProbedCall& call : report.calls) {
-        texts.push_back(call.name + (call.times > 1 ? ' ' + std::to_string(call.times) : "") +
-                        (call.hasAnswered ? ' ' + visa::statusName(call.status) : " ..."));
-    }
-    return texts;
-}
-
-std::string describe(const ProbeEnd& end)
-{
-    static constexpr std::array<const char*, 6> kinds{"finished", "timed out",   "crashed",
-                                                      "exited",   "report lost", "no child"};
-    const bool isTimeout = end.kind == ProbeEnd::TimedOut;
-    EXPECT_EQ(isTimeout, end.detail == hangingTimeout.count());
-    return kinds.at(end.kind) +
-           (!isTimeout && end.detail != 0 ? ' ' + std::to_string(end.detail) : "");
-}
+using namespace probing;
 
 struct Misbehaviour
 {
@@ -308,36 +251,6 @@ TEST(LibraryProbe, WorksWithoutStandardDescriptors)
         testing::ExitedWithCode(0), "");
 }
 
-TEST(LibraryProbe, AnAnnouncedCountOfBillionsEndsAfterAThousandFailures)
-{
-    setVariable("QVVISA_MISBEHAVES", "viFindRsrc announce-everything");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
-    EXPECT_EQ(describe(report.end), "finished");
-    EXPECT_EQ(report.count, ~ViUInt32{0});
-    EXPECT_EQ(resourcesOf(report), everything);
-    EXPECT_TRUE(report.isListCut);
-    EXPECT_EQ(report.droppedEntries, ProbeReport::mostFailures);
-    EXPECT_EQ(callsOf(report)[5], "viFindNext 1000 VI_ERROR_RSRC_NFOUND");
-}
-
-TEST(LibraryProbe, ACountThatIsTooSmallIsNoticed)
-{
-    const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=3\ncount 2\n");
-    const ProbeReport report = probeSimulator();
-    EXPECT_EQ(resourcesOf(report), (Texts{"ASRL1::INSTR", "ASRL2::INSTR"}));
-    EXPECT_TRUE(report.hasMoreThanCount);
-    EXPECT_FALSE(probe(QVVISA_MISBEHAVING_LIBRARY).hasMoreThanCount);
-}
-
-TEST(LibraryProbe, FailuresThatAreNotInARowDoNotCutTheList)
-{
-    setVariable("QVVISA_MISBEHAVES", "viFindNext fail-every-other-time");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
-    EXPECT_FALSE(report.isListCut);
-    EXPECT_EQ(report.droppedEntries, 1250U);
-    EXPECT_EQ(report.resources.size(), 1251U);
-}
-
 TEST(LibraryProbe, NothingThatTheLibraryStartedRemains)
 {
     // The process that the library leaves holds the writing end as well.
@@ -351,84 +264,6 @@ TEST(LibraryProbe, NothingThatTheLibraryStartedRemains)
     ::close(ends[0]);
 }
 
-TEST(LibraryProbe, AnEndlessListIsCut)
-{
-    setVariable("QVVISA_MISBEHAVES", "viFindNext repeat-for-ever");
-    const support::BenchFixture bench("resource GPIB0::{n}::INSTR repeat=100001");
-    const ProbeReport report = probeSimulator();
-    EXPECT_EQ(describe(report.end), "finished");
-    EXPECT_TRUE(report.isListCut);
-    EXPECT_EQ(report.resources.size(), ProbeReport::mostResources);
-    EXPECT_LT(report.calls.size(), 10U);
-}
-
-TEST(LibraryProbe, ADescriptionThatIsTooLongIsCutAndNamed)
-{
-    setVariable("QVVISA_MISBEHAVES", "viFindRsrc overrun");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
-    ASSERT_EQ(report.resources.size(), 3U);
-    EXPECT_EQ(report.resources[0].resource, std::string(VI_FIND_BUFLEN, 'o'));
-    EXPECT_TRUE(report.resources[0].isUnterminated);
-    EXPECT_TRUE(report.resources[0].isOverrun);
-    EXPECT_FALSE(report.resources[1].isUnterminated);
-    EXPECT_FALSE(report.resources[1].isOverrun);
-}
-
-TEST(LibraryProbe, ADescriptionWithoutItsZeroIsBounded)
-{
-    const support::BenchFixture bench("resource USB0::0x1234::0x5678::SN7::INSTR no-end");
-    const ProbeReport report = probeSimulator();
-    ASSERT_EQ(report.resources.size(), 1U);
-    EXPECT_EQ(report.resources[0].resource.size(), static_cast<std::size_t>(VI_FIND_BUFLEN));
-    EXPECT_TRUE(report.resources[0].isUnterminated);
-    EXPECT_FALSE(report.resources[0].isOverrun);
-}
-
-TEST(LibraryProbe, TheWindowListsNothingOfASearchThatWarns)
-{
-    const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=3\n"
-                                      "status viFindRsrc 0x3FFF0085");
-    const ProbeReport report = probeSimulator();
-    EXPECT_EQ(visa::statusName(report.searchStatus), "VI_WARN_UNKNOWN_STATUS");
-    EXPECT_EQ(report.resources.size(), 3U);
-    EXPECT_EQ(report.windowList, Texts{});
-}
-
-TEST(LibraryProbe, TheWindowDropsWhatIsNotDeliveredWithSuccess)
-{
-    const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=5\n"
-                                      "status viFindNext VI_ERROR_IO at=1\n"
-                                      "status viFindNext 0x3FFF0085 at=3\n");
-    const ProbeReport report = probeSimulator();
-    EXPECT_EQ(resourcesOf(report),
-              (Texts{"ASRL1::INSTR", "ASRL3::INSTR", "ASRL4::INSTR", "ASRL5::INSTR"}));
-    EXPECT_EQ(report.windowList, (Texts{"ASRL1::INSTR", "ASRL3::INSTR", "ASRL5::INSTR"}));
-    EXPECT_EQ(report.droppedEntries, 1U);
-}
-
-TEST(LibraryProbe, TheWindowsListIsSortedAndKeepsDuplicates)
-{
-    const support::BenchFixture bench("resource USB0::1::2::S\nresource ASRL9::INSTR\n"
-                                      "resource ASRL10::INSTR\nresource ASRL9::INSTR\n");
-    EXPECT_EQ(probeSimulator().windowList,
-              (Texts{"ASRL10::INSTR", "ASRL9::INSTR", "ASRL9::INSTR", "USB0::1::2::S"}));
-}
-
-TEST(LibraryProbe, SerialPortsEndAtTheFirstThatIsNotDeliveredWithSuccess)
-{
-    const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=4\n"
-                                      "resource \"ASRL no port\"\n"
-                                      "status viParseRsrc VI_ERROR_INV_RSRC_NAME at=2\n");
-    const ProbeReport report =
-        probeSimulator([](ProbeRequest& request) { request.serialPorts = true; });
-    ASSERT_EQ(report.serialPorts.size(), 5U);
-    EXPECT_EQ(report.serialPorts[0].interfaceNumber, 1);
-    EXPECT_EQ(report.serialPorts[1].interfaceNumber, 0);
-    EXPECT_EQ(visa::statusName(report.serialPorts[1].parseStatus), "VI_ERROR_INV_RSRC_NAME");
-    EXPECT_EQ(report.serialPorts[3].interfaceNumber, 4);
-    EXPECT_TRUE(report.hasSearchedSerialPorts);
-}
-
 TEST(LibraryProbe, TheEnvironmentOfTheRequestReachesTheLibraryAlone)
 {
     ::unsetenv("QVVISA_MISBEHAVES"); // NOLINT(concurrency-mt-unsafe)
@@ -437,86 +272,6 @@ TEST(LibraryProbe, TheEnvironmentOfTheRequestReachesTheLibraryAlone)
     request.environment = {{"QVVISA_MISBEHAVES", "load exit"}};
     EXPECT_EQ(describe(visa::probeLibrary(request).end), "exited 3");
     EXPECT_EQ(std::getenv("QVVISA_MISBEHAVES"), nullptr);
-}
-
-class Identification : public testing::Test
-{
-protected:
-    static ProbeReport identify()
-    {
-        return probeSimulator([](ProbeRequest& request) { request.identify = true; });
-    }
-
-    /// "RESOURCE: STATUS ANSWER" of each.
-    static Texts answersOf(const ProbeReport& report)
-    {
-        Texts texts;
-        for (const visa::FoundResource& found : report.resources) {
-            texts.push_back(visa::statusName(found.identifyStatus) +
-                            (found.isIdentified ? ' ' + found.identity : ""));
-        }
-        return texts;
-    }
-};
-
-TEST_F(Identification, AsksEachInstrumentAndNoInterface)
-{
-    const support::BenchFixture bench("resource GPIB0::1::INSTR idn=\"A,B,\\x01,\\xFF\"\n"
-                                      "resource GPIB0::INTFC\n"
-                                      "resource TCPIP0::198.51.100.2::5025::SOCKET idn=C\n"
-                                      "resource nonsense\n");
-    const std::string notAsked = visa::statusName(VI_ERROR_LIBRARY_NFOUND);
-    EXPECT_EQ(answersOf(identify()), (Texts{"VI_SUCCESS A,B,\x01,\xFF\n", notAsked,
-                                            "VI_SUCCESS_TERM_CHAR C\n", notAsked}));
-}
-
-TEST_F(Identification, GivesTheStatusOfTheCallThatFailed)
-{
-    struct Case
-    {
-        const char* setting;
-        const char* status;
-    };
-    for (const Case& each :
-         {Case{"status viOpen VI_ERROR_RSRC_NFOUND at=1", "VI_ERROR_RSRC_NFOUND"},
-          Case{"status viWrite VI_ERROR_IO at=1", "VI_ERROR_IO"},
-          Case{"status viRead VI_ERROR_TMO at=1", "VI_ERROR_TMO"}}) {
-        const support::BenchFixture bench(
-            std::string("resource GPIB0::{n}::INSTR idn=X repeat=2\n") + each.setting);
-        EXPECT_EQ(answersOf(identify()), (Texts{each.status, "VI_SUCCESS X\n"})) << each.setting;
-    }
-}
-
-TEST_F(Identification, KeepsTheAnswersBeforeAnInstrumentThatHangs)
-{
-    const support::BenchFixture bench("resource GPIB0::{n}::INSTR idn=X repeat=3\n"
-                                      "wait-for-file absent call=viRead at=2\n");
-    const ProbeReport report = probeSimulator([](ProbeRequest& request) {
-        request.identify = true;
-        request.timeout = hangingTimeout;
-    });
-    EXPECT_EQ(describe(report.end), "timed out");
-    ASSERT_NE(report.openCall(), nullptr);
-    EXPECT_EQ(report.openCall()->name, "viRead GPIB0::2::INSTR");
-    const std::string notAsked = visa::statusName(VI_ERROR_LIBRARY_NFOUND);
-    EXPECT_EQ(answersOf(report), (Texts{"VI_SUCCESS X\n", notAsked, notAsked}));
-    EXPECT_EQ(report.windowList.size(), 3U);
-}
-
-TEST_F(Identification, AnAnswerIsNoLongerThanItsBuffer)
-{
-    const ProbeReport report =
-        probe(QVVISA_TALKING_LIBRARY, [](ProbeRequest& request) { request.identify = true; });
-    ASSERT_EQ(report.resources.size(), 3U);
-    EXPECT_EQ(report.resources[0].identity, std::string(1024, 'r'));
-}
-
-TEST_F(Identification, ALibraryThatCannotTalkIsNotAsked)
-{
-    const ProbeReport report =
-        probe(QVVISA_MISBEHAVING_LIBRARY, [](ProbeRequest& request) { request.identify = true; });
-    EXPECT_EQ(describe(report.end), "finished");
-    EXPECT_EQ(answersOf(report), Texts(3, visa::statusName(VI_ERROR_LIBRARY_NFOUND)));
 }
 
 } // namespace
