@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "gui/VisaSearch.h"
 
+#include "visa/SearchAttributes.h"
 #include "visa/VisaApi.h"
 
 #include <algorithm>
@@ -9,14 +10,6 @@
 namespace gui {
 
 namespace {
-
-/// The vendor's own attributes of the resource manager; they tune the search that follows. A
-/// library that does not know them refuses them, which does no harm.
-constexpr ViAttr s_searchTimeAttribute = 0x0E5A0001;
-constexpr ViAttrState s_searchTime = 1000;
-constexpr ViAttr s_searchInterfacesAttribute = 0x0E5A0002;
-constexpr ViAttrState s_allInterfaces = 7;
-constexpr ViAttrState s_localInterfaces = 0;
 
 /// The count comes from the library and is not trusted: cap the reservation.
 constexpr ViUInt32 s_largestReservation = 4096;
@@ -70,8 +63,8 @@ private:
 QStringList findAllResources()
 {
     const ResourceManager resourceManager;
-    resourceManager.setAttribute(s_searchInterfacesAttribute, s_allInterfaces);
-    resourceManager.setAttribute(s_searchTimeAttribute, s_searchTime);
+    resourceManager.setAttribute(visa::searchInterfacesAttribute, visa::allInterfaces);
+    resourceManager.setAttribute(visa::searchTimeAttribute, visa::searchTime);
     QStringList resources;
     FindList list;
     // Deliberately not closed unless something was found with plain success.
@@ -93,7 +86,7 @@ QStringList findAllResources()
 std::vector<SerialPort> findSerialPorts()
 {
     const ResourceManager resourceManager;
-    resourceManager.setAttribute(s_searchInterfacesAttribute, s_localInterfaces);
+    resourceManager.setAttribute(visa::searchInterfacesAttribute, visa::localInterfaces);
     std::vector<SerialPort> ports;
     FindList list;
     if (list.find(resourceManager, "ASRL?*") < VI_SUCCESS) {

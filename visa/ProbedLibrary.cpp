@@ -3,6 +3,7 @@
 
 #include "visa/LibraryLoading.h"
 #include "visa/ResourceName.h"
+#include "visa/SearchAttributes.h"
 
 #include <algorithm>
 #include <array>
@@ -17,13 +18,6 @@
 namespace visa {
 
 namespace {
-
-/// What the window sets before a search; see gui/VisaSearch.cpp.
-constexpr ViAttr s_searchTimeAttribute = 0x0E5A0001;
-constexpr ViAttrState s_searchTime = 1000;
-constexpr ViAttr s_searchKindsAttribute = 0x0E5A0002;
-constexpr ViAttrState s_allKinds = 7;
-constexpr ViAttrState s_localKinds = 0;
 
 constexpr ViAttr s_timeoutAttribute = 0x3FFF001A;
 constexpr ViAttr s_terminationEnabledAttribute = 0x3FFF0038;
@@ -178,8 +172,8 @@ std::string ProbedLibrary::description() const
 void ProbedLibrary::searchAll()
 {
     const ViSession manager = openManager();
-    setAttribute(manager, s_searchKindsAttribute, s_allKinds);
-    setAttribute(manager, s_searchTimeAttribute, s_searchTime);
+    setAttribute(manager, searchInterfacesAttribute, allInterfaces);
+    setAttribute(manager, searchTimeAttribute, searchTime);
     ViFindList list = VI_NULL;
     ViUInt32 count = 0;
     const ViStatus status = m_report.call("viFindRsrc " + m_request.expression, [&] {
@@ -240,7 +234,7 @@ void ProbedLibrary::reportFound(ViStatus status)
 void ProbedLibrary::searchSerialPorts()
 {
     const ViSession manager = openManager();
-    setAttribute(manager, s_searchKindsAttribute, s_localKinds);
+    setAttribute(manager, searchInterfacesAttribute, localInterfaces);
     ViFindList list = VI_NULL;
     ViUInt32 count = 0;
     const ViStatus status = m_report.call("viFindRsrc ASRL?*", [&] {
