@@ -115,13 +115,3 @@ TEST(FileFormatPage, LinesAreReadAsTheTableOfTrapsSays)
     }
     EXPECT_GE(traps, 20);
 }
-
-TEST(FileFormatPage, WholeFilesAreReadAsTheListOfTrapsSays)
-{
-    const std::string header = QvVisa::ModernConfigurationFile::GetVersionString();
-    EXPECT_FALSE(Reading("\xEF\xBB\xBF" + header + "\nASRL1::INSTR\n").isAccepted);
-    EXPECT_FALSE(Reading('\n' + header + "\nASRL1::INSTR\n").isAccepted);
-    EXPECT_EQ(described(Reading(header + "\rASRL1::INSTR\rDMM=ASRL2::INSTR\r").contents),
-              "nothing");
-    EXPECT_EQ(described(Reading(header + "\n\xC3\xA4\n").contents), "the resource `\xC3\xA4`");
-}

@@ -25,37 +25,22 @@ const std::array<std::string_view, 16> s_templateLines{
 const std::string_view s_hostileBytes =
     "=:#;[]. \t\r\v\f\0\x08\x1F\x7F\x80\x85\xA0\xB2\xFF+-09aZ"sv;
 
-const std::array<std::string_view, 31> s_numbers{"0"sv,
-                                                 "1"sv,
-                                                 "7"sv,
-                                                 "127"sv,
-                                                 "128"sv,
-                                                 "255"sv,
-                                                 "256"sv,
-                                                 "264"sv,
-                                                 "9600"sv,
-                                                 "32767"sv,
-                                                 "32768"sv,
-                                                 "65535"sv,
-                                                 "65536"sv,
-                                                 "65537"sv,
-                                                 "16777216"sv,
-                                                 "2147483646"sv,
-                                                 "2147483647"sv,
-                                                 "2147483648"sv,
-                                                 "4294967295"sv,
-                                                 "4294967296"sv,
-                                                 "4294967297"sv,
-                                                 "9999999999"sv,
-                                                 "9223372036854775807"sv,
-                                                 "9223372036854775808"sv,
-                                                 "18446744073709551616"sv,
-                                                 "18446744073709551617"sv,
-                                                 "007"sv,
-                                                 "00000000000"sv,
-                                                 "000000000000000000002147483647"sv,
-                                                 "000000000000000000002147483648"sv,
-                                                 "99999999999999999999999999999999999999"sv};
+const std::vector<std::string> s_numbers = [] {
+    std::vector<std::string> numbers{"0", "1", "7", "007", "264", "9600", "16777216", "9999999999"};
+    const std::string zeros(20, '0');
+    for (const char* digits : {"", "2147483647", "2147483648"}) {
+        numbers.push_back(zeros + digits);
+    }
+    numbers.emplace_back("18446744073709551616");
+    numbers.emplace_back(38, '9');
+    for (const unsigned bits : {7U, 8U, 15U, 16U, 31U, 32U, 63U}) {
+        const std::uint64_t power = std::uint64_t{1} << bits;
+        for (const std::uint64_t number : {power - 1, power, power + 1}) {
+            numbers.push_back(std::to_string(number));
+        }
+    }
+    return numbers;
+}();
 
 std::string HostileLines::file(std::size_t lines)
 {
@@ -95,7 +80,7 @@ std::string HostileLines::wellFormed()
     std::string text;
     for (const char c : pick(s_templateLines)) {
         if ((c == '1' || c == '2') && below(2) == 0) {
-            text += below(2) == 0 ? std::string(pick(s_numbers)) : std::to_string(below(300));
+            text += below(2) == 0 ? pick(s_numbers) : std::to_string(below(300));
         } else if (c == ' ') {
             text += std::string(below(3), pick(" \t\v\f\r"sv));
         } else if (c == 'X') {

@@ -7,6 +7,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// One well-formed line of each kind, and lines that are skipped. No line feeds.
 extern const std::array<std::string_view, 16> s_templateLines;
@@ -15,7 +16,7 @@ extern const std::array<std::string_view, 16> s_templateLines;
 extern const std::string_view s_hostileBytes;
 
 /// Decimal numbers around the limits of 8, 16 and 32 bits, signed and unsigned, and longer ones.
-extern const std::array<std::string_view, 31> s_numbers;
+extern const std::vector<std::string> s_numbers;
 
 /// Generates lines that are hard to read: well-formed ones with unusual spacing and numbers,
 /// the same damaged in up to three places, halves of two lines joined, and random bytes. A seed

@@ -118,14 +118,6 @@ TEST_F(Write, AFileThatWasReadIsWrittenWithoutBoardsAndSkippedLines)
     }
 }
 
-TEST_F(Write, OneLineOfAPortBecomesAllFive)
-{
-    support::writeFile(m_path, ":SerialProperty[DeviceNo=3].Parity=2\n");
-    FileContents contents = readWithModernConfigurationFile(m_path);
-    EXPECT_EQ(contents, (FileContents{{}, {}, {}, {{3, {9600, 8, 0, 2, 0}}}, 3674}));
-    expectWrittenAsByTheOracle(contents);
-}
-
 TEST_F(Write, ABaudRateAboveTheReadersLimitComesBackAsTheDefault)
 {
     // Written unsigned, but the reader skips what does not fit a signed number.
@@ -133,19 +125,4 @@ TEST_F(Write, ABaudRateAboveTheReadersLimitComesBackAsTheDefault)
     EXPECT_EQ(
         readWithModernConfigurationFile(m_path),
         (FileContents{{}, {}, {}, {{1, {9600, 7, 0, 0, 0}}, {2, {2147483647U, 7, 0, 0, 0}}}, 1}));
-}
-
-TEST_F(Write, ALongerFileIsReplacedWhole)
-{
-    support::writeFile(m_path, std::string(100'000, 'A') + '\n');
-    expectWrittenAsByTheOracle({{}, {"B"}, {}, {}, 1});
-}
-
-TEST_F(Write, WhereNothingCanBeWrittenNothingHappens)
-{
-    for (const std::filesystem::path& path :
-         {m_folder.path() / "missing" / "visa.conf", m_folder.path(), std::filesystem::path()}) {
-        EXPECT_NO_THROW(ModernConfigurationFile(path).save()) << path;
-    }
-    EXPECT_TRUE(std::filesystem::is_empty(m_folder.path()));
 }

@@ -12,7 +12,6 @@
 
 #include <cerrno>
 #include <map>
-#include <ostream>
 #include <string>
 
 namespace {
@@ -30,11 +29,6 @@ struct OwnerCase
     bool isReplaced; ///< Else written in place.
     mode_t modeAfter;
 };
-
-void PrintTo(const OwnerCase& row, std::ostream* out)
-{
-    *out << row.name;
-}
 
 class Owners : public SavingTest, public testing::WithParamInterface<OwnerCase>
 {};
@@ -71,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OwnerCase{"OfAnothersFile", 1234, s_group, 0664, false, false, 0664},
                     // The system itself takes set-ID bits from a file that others write.
                     OwnerCase{"WithoutSetIdBits", 1234, 100, 06676, false, false, 0676}),
-    testing::PrintToStringParamName());
+    [](const auto& row) { return row.param.name; });
 
 #ifdef __linux__
 

@@ -22,6 +22,23 @@ using support::writeFile;
 class Links : public SavingTest
 {
 protected:
+    void replaceByLink(const fs::path& target) const
+    {
+        fs::remove(file());
+        fs::create_symlink(target, file());
+    }
+};
+
+class LinksOfOthers : public Links
+{
+protected:
+    void SetUp() override
+    {
+        if (!isRoot()) {
+            GTEST_SKIP() << "only root can make links of other users";
+        }
+    }
+
     fs::path victim() const { return m_home.home() / "victim"; }
 };
 
@@ -35,11 +52,8 @@ struct FollowCase
     bool isFollowed;
 };
 
-TEST_F(Links, InStickyFoldersAreFollowedOnlyIfOnesOwnOrTheFolderOwners)
+TEST_F(LinksOfOthers, InStickyFoldersAreFollowedOnlyIfOnesOwnOrTheFolderOwners)
 {
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can make links of other users";
-    }
     const FollowCase rows[] = {{01777, s_attacker, false},   {01777, support::ordinaryUser, true},
                                {01777, s_folderOwner, true}, {0777, s_attacker, true},
                                {01775, s_attacker, true},    {01757, s_attacker, false}};
@@ -53,8 +67,7 @@ TEST_F(Links, InStickyFoldersAreFollowedOnlyIfOnesOwnOrTheFolderOwners)
                 writeFile(victim(), s_old);
                 give(victim(), support::ordinaryUser, support::ordinaryGroup);
             }
-            fs::remove(file());
-            fs::create_symlink(victim(), file());
+            replaceByLink(victim());
             give(file(), row.linkOwner, 0);
             give(folder(), s_folderOwner, 0);
             permit(folder(), row.folderMode);
@@ -68,11 +81,8 @@ TEST_F(Links, InStickyFoldersAreFollowedOnlyIfOnesOwnOrTheFolderOwners)
     }
 }
 
-TEST_F(Links, ToFoldersInStickyFoldersFollowTheSameRule)
+TEST_F(LinksOfOthers, ToFoldersInStickyFoldersFollowTheSameRule)
 {
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can make links of other users";
-    }
     writeFile(m_home.home() / "visa.conf", s_old);
     give(m_home.home(), support::ordinaryUser, support::ordinaryGroup);
     give(m_home.home() / "visa.conf", support::ordinaryUser, support::ordinaryGroup);
@@ -89,11 +99,8 @@ TEST_F(Links, ToFoldersInStickyFoldersFollowTheSameRule)
     }
 }
 
-TEST_F(Links, ThatOthersPutInPlaceDuringTheSaveAreNotFollowed)
+TEST_F(LinksOfOthers, PutInPlaceDuringASaveAreNotFollowed)
 {
-    if (!isRoot()) {
-        GTEST_SKIP() << "only root can make links of other users";
-    }
     give(folder(), s_folderOwner, 0);
     permit(folder(), 01777);
     int calls = 0;
@@ -103,8 +110,7 @@ TEST_F(Links, ThatOthersPutInPlaceDuringTheSaveAreNotFollowed)
         writeFile(file(), s_old);
         const support::SystemCalls intercepted([&](const support::SystemCall& call) {
             if (call.number == number) {
-                fs::remove(file());
-                fs::create_symlink(victim(), file());
+                replaceByLink(victim());
                 give(file(), s_attacker, 0);
             }
             return support::CallAnswer();
@@ -145,8 +151,7 @@ TEST_F(Links, StayLinksAndTheirFileIsReplaced)
     for (const fs::path& target : {elsewhere, fs::path("../home/real.conf")}) {
         writeFile(elsewhere, s_old);
         permit(elsewhere, 0640);
-        fs::remove(file());
-        fs::create_symlink(target, file());
+        replaceByLink(target);
         EXPECT_TRUE(save());
         EXPECT_EQ(fs::read_symlink(file()), target);
         EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(elsewhere)));
@@ -182,22 +187,19 @@ TEST_F(Links, AreFollowedAsFarAsTheSystemDoes)
 
 TEST_F(Links, ThatDangleCreateTheFileTheyName)
 {
-    fs::remove(file());
-    fs::create_symlink("../home/new.conf", file());
+    replaceByLink("../home/new.conf");
     EXPECT_TRUE(save());
     EXPECT_TRUE(fs::is_symlink(fs::symlink_status(file())));
     EXPECT_EQ(readFile(m_home.home() / "new.conf"), s_new);
 
-    fs::remove(file());
-    fs::create_symlink("missing/new.conf", file());
+    replaceByLink("missing/new.conf");
     EXPECT_FALSE(save());
     EXPECT_EQ(names(), Names{"visa.conf"});
 }
 
 TEST_F(Links, InALoopAreLeftAlone)
 {
-    fs::remove(file());
-    fs::create_symlink("other", file());
+    replaceByLink("other");
     fs::create_symlink("visa.conf", folder() / "other");
     fs::create_symlink("self", folder() / "self");
     EXPECT_FALSE(save());

@@ -7,6 +7,8 @@
 
 #include <unistd.h>
 
+#include <sstream>
+
 namespace fs = std::filesystem;
 
 SavingTest::SavingTest()
@@ -36,6 +38,23 @@ bool SavingTest::save() const
 bool SavingTest::saveAsOrdinaryUser(const std::vector<gid_t>& groups) const
 {
     return support::asOrdinaryUser([this] { return save(); }, groups);
+}
+
+std::string SavingTest::textOf(int number, int longest)
+{
+    const int count = 1 + number * 7919 % longest;
+    return std::to_string(count) + '\n' +
+           std::string(static_cast<std::size_t>(count), static_cast<char>('a' + number % 26));
+}
+
+bool SavingTest::isWhole(const std::string& text)
+{
+    std::istringstream words(text);
+    std::size_t count = 0;
+    std::string letters;
+    std::string more;
+    return words >> count >> letters && letters == std::string(count, letters[0]) &&
+           !(words >> more);
 }
 
 bool SavingTest::isRoot()

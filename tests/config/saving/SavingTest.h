@@ -35,6 +35,11 @@ protected:
     bool save() const;
     bool saveAsOrdinaryUser(const std::vector<gid_t>& groups = {}) const;
 
+    /// A text for each number that shows whether it is whole. Up to longest bytes.
+    static std::string textOf(int number, int longest);
+    /// True also with empty lines at the end, which a write in place adds for a moment.
+    static bool isWhole(const std::string& text);
+
     static bool isRoot();
     static struct stat statusOf(const std::filesystem::path& path);
     static mode_t modeOf(const std::filesystem::path& path);

@@ -2,11 +2,8 @@
 // Saves within the limits of the system, on unusual folders, and beside other programs.
 
 #include "config/AtomicFileWrite.h"
-#include "config/ConfigurationFile.h"
-#include "config/ModernConfigurationFile.h"
 #include "config/WriteSignals.h"
 #include "tests/config/saving/SavingTest.h"
-#include "tests/support/ConfigurationFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/Mounts.h"
 #include "tests/support/OrdinaryUser.h"
@@ -23,9 +20,7 @@
 #include <sys/ioctl.h>
 #endif
 
-#include <algorithm>
 #include <csignal>
-#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -35,6 +30,7 @@ namespace {
 namespace fs = std::filesystem;
 using QvVisa::writeFileAtomically;
 using support::readFile;
+using support::SystemCalls;
 using support::writeFile;
 
 std::ptrdiff_t countIn(const fs::path& folder)
@@ -167,118 +163,76 @@ private:
     bool m_isSet;
 };
 
-TEST_F(SaveInSystem, InFoldersThatTakeOrReleaseNoNamesWritesInPlace)
+TEST_F(SaveInSystem, InFoldersThatTakeOrReleaseNoNamesWritesInPlaceWithACopyInHome)
 {
     const ino_t inode = inodeOf(file());
     for (const int flags : {FS_IMMUTABLE_FL, FS_APPEND_FL}) {
         writeFile(file(), s_old);
+        std::string copied;
         {
             const FolderFlags set(folder(), flags);
             if (!set.isSet()) {
                 GTEST_SKIP() << "this user or file system has no such flags";
             }
+            const SystemCalls calls([&](const support::SystemCall& call) {
+                if (call.name == "ftruncate") {
+                    for (const auto& entry : fs::directory_iterator(m_home.home())) {
+                        copied += readFile(entry);
+                    }
+                }
+                return support::CallAnswer();
+            });
             EXPECT_TRUE(save());
         }
         EXPECT_EQ(readFile(file()), s_new);
         EXPECT_EQ(inodeOf(file()), inode);
         EXPECT_EQ(names(), Names{"visa.conf"});
+        EXPECT_EQ(copied, s_new);
         EXPECT_TRUE(fs::is_empty(m_home.home())) << "the copy was left there";
     }
 }
-
-TEST_F(SaveInSystem, ACopyIsInHomeWhileAFileInAFixedFolderIsOverwritten)
-{
-    const FolderFlags set(folder(), FS_IMMUTABLE_FL);
-    if (!set.isSet()) {
-        GTEST_SKIP() << "this user or file system has no such flags";
-    }
-    std::string copied;
-    {
-        const support::SystemCalls calls([&](const support::SystemCall& call) {
-            if (call.name == "ftruncate") {
-                for (const auto& entry : fs::directory_iterator(m_home.home())) {
-                    copied += readFile(entry);
-                }
-            }
-            return support::CallAnswer();
-        });
-        EXPECT_TRUE(save());
-    }
-    EXPECT_EQ(copied, s_new);
-    EXPECT_TRUE(fs::is_empty(m_home.home()));
-}
 #endif
 
-/// One of many contents whose parts show whether they belong together: the provider ID is the
-/// number of the resources, and these and the aliases all have one name.
-void fillStore(QvVisa::ConfigurationFile& store, const std::string& name, unsigned short count)
+class SaveBesideOthers : public SavingTest
 {
-    std::vector<std::pair<std::string, std::string>> entries;
-    for (unsigned short i = 0; i < count; ++i) {
-        entries.emplace_back(name, "");
-        entries.emplace_back(name, "ALIAS" + std::to_string(i));
-    }
-    store.setData(entries);
-    store.setProvider(count);
-}
-
-bool isWholeFile(const std::string& path)
-{
-    QvVisa::ModernConfigurationFile file(path);
-    std::unordered_map<std::string, std::string> aliases;
-    std::vector<std::string> resources;
-    unsigned short provider = 0;
-    file.parse(aliases, resources, provider);
-    return file.hadHeader() && !resources.empty() && resources.size() == provider &&
-           aliases.size() == provider &&
-           std::all_of(resources.begin(), resources.end(),
-                       [&](const std::string& resource) { return resource == resources[0]; }) &&
-           std::all_of(aliases.begin(), aliases.end(),
-                       [&](const auto& alias) { return alias.second == resources[0]; });
-}
-
-/// Saves again and again in a child process, which exits with 0 if the store always held whole
-/// contents.
-pid_t startSaving(const std::string& name, int saves)
-{
-    const pid_t child = ::fork();
-    if (child != 0) {
+protected:
+    /// In a child process, which exits with 0 if all saves succeed.
+    pid_t startSaving(int first) const
+    {
+        constexpr int saves = 500;
+        const pid_t child = ::fork();
+        for (int i = 0; child == 0 && i < saves; ++i) {
+            if (!writeFileAtomically(file(), textOf(first + i, s_longest))) {
+                ::_exit(1);
+            }
+        }
+        if (child == 0) {
+            ::_exit(0);
+        }
         return child;
     }
-    for (int i = 0; i < saves; ++i) {
-        QvVisa::ConfigurationFile& store = *QvVisa::ConfigurationFile::getInstance();
-        if (store.m_resources.size() != store.m_provider ||
-            store.m_aliases.size() != store.m_provider) {
-            ::_exit(2);
-        }
-        fillStore(store, name + std::to_string(i), static_cast<unsigned short>(1 + i % 70));
-        store.save();
-    }
-    ::_exit(0);
-}
 
-TEST(SaveBesideOthers, LeaveOneWholeFileToAReaderAtAnyTime)
+    static constexpr int s_longest = 5'000;
+};
+
+TEST_F(SaveBesideOthers, LeaveOneWholeFileToAReaderAtAnyTime)
 {
-    constexpr int saves = 500;
-    const support::ConfigurationFixture configuration;
-    support::writeFile(configuration.path(),
-                       configuration.header() + ":Provider=1\nONE\nALIAS=ONE\n");
-    const std::vector<pid_t> writers = {startSaving("FIRST", saves), startSaving("SECOND", saves)};
+    writeFile(file(), textOf(0, s_longest));
     int reads = 0;
     int broken = 0;
-    for (const pid_t writer : writers) {
+    for (const pid_t writer : {startSaving(1), startSaving(1000)}) {
         ASSERT_GT(writer, 0);
         int status = 0;
         while (::waitpid(writer, &status, WNOHANG) == 0) {
-            broken += isWholeFile(configuration.path()) ? 0 : 1;
+            broken += isWhole(readFile(file())) ? 0 : 1;
             ++reads;
         }
-        EXPECT_EQ(status, 0) << "a saver met something broken";
+        EXPECT_EQ(status, 0) << "a save failed";
     }
-    EXPECT_TRUE(isWholeFile(configuration.path()));
+    EXPECT_TRUE(isWhole(readFile(file())));
     EXPECT_EQ(broken, 0) << "of " << reads << " reads";
     EXPECT_GT(reads, 0);
-    EXPECT_EQ(countIn(configuration.path().parent_path()), 3) << "beside the two folders";
+    EXPECT_EQ(names(), Names{"visa.conf"});
 }
 
 } // namespace

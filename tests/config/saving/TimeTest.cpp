@@ -14,74 +14,63 @@ namespace {
 namespace fs = std::filesystem;
 using QvVisa::WriteOptions;
 
-class Time : public SavingTest
+/// Of a file that is replaced, or (true) written in place.
+class Time : public SavingTest, public testing::WithParamInterface<bool>
 {
 protected:
-    /// Saves as often as it takes for the save to begin and end in one second, with that second as
-    /// the time to avoid, and returns it.
-    std::time_t saveWithinASecond(WriteOptions options) const
+    Time()
     {
-        for (;;) {
-            const std::time_t now = std::time(nullptr);
-            options.timeToAvoid = now;
-            EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
-            if (std::time(nullptr) == now) {
-                return now;
-            }
+        if (GetParam()) {
+            fs::create_hard_link(file(), folder() / "second");
         }
     }
 
-    void linkTwice() const { fs::create_hard_link(file(), folder() / "second"); }
+    std::time_t timeAfterSave(WriteOptions options) const
+    {
+        EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
+        return statusOf(file()).st_mtime;
+    }
 };
 
-TEST_F(Time, IsTheNextSecondWhereItWouldBeTheOneToAvoid)
+TEST_P(Time, IsTheNextSecondWhereItWouldBeTheOneToAvoid)
 {
-    for (const bool isInPlace : {false, true}) {
-        if (isInPlace) {
-            linkTwice();
-        }
-        const std::time_t saved = saveWithinASecond({});
-        EXPECT_EQ(statusOf(file()).st_mtime, saved + 1);
-    }
-}
-
-TEST_F(Time, IsTheSavesOtherwise)
-{
-    for (const bool isInPlace : {false, true}) {
-        if (isInPlace) {
-            linkTwice();
-        }
-        for (const std::time_t other : {std::time_t{0}, std::time(nullptr) - 10}) {
-            WriteOptions options;
-            options.timeToAvoid = other;
-            const std::time_t before = std::time(nullptr);
-            EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
-            // The file system's clock may lag by a tick.
-            EXPECT_GE(statusOf(file()).st_mtime, before - 1);
-            EXPECT_LE(statusOf(file()).st_mtime, std::time(nullptr));
+    // As often as it takes for a save to begin and end in one second.
+    for (;;) {
+        WriteOptions options;
+        options.timeToAvoid = std::time(nullptr);
+        const std::time_t saved = timeAfterSave(options);
+        if (std::time(nullptr) == options.timeToAvoid) {
+            EXPECT_EQ(saved, *options.timeToAvoid + 1);
+            return;
         }
     }
 }
 
-TEST_F(Time, IsLaterThanTheOldFilesOnRequest)
+TEST_P(Time, IsTheSavesOtherwise)
 {
+    for (const std::time_t other : {std::time_t{0}, std::time(nullptr) - 10}) {
+        WriteOptions options;
+        options.timeToAvoid = other;
+        const std::time_t before = std::time(nullptr);
+        const std::time_t saved = timeAfterSave(options);
+        // The file system's clock may lag by a tick.
+        EXPECT_GE(saved, before - 1);
+        EXPECT_LE(saved, std::time(nullptr));
+    }
+}
+
+TEST_P(Time, IsLaterThanTheOldFilesOnRequest)
+{
+    const std::time_t future = std::time(nullptr) + 1000;
+    support::setModificationTime(file(), future);
     WriteOptions options;
     options.isLaterThanOld = true;
-    const std::time_t future = std::time(nullptr) + 1000;
-    for (const bool isInPlace : {false, true}) {
-        if (isInPlace) {
-            linkTwice();
-        }
-        support::setModificationTime(file(), future);
-        EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
-        EXPECT_EQ(statusOf(file()).st_mtime, future + 1);
-    }
+    EXPECT_EQ(timeAfterSave(options), future + 1);
     options.timeToAvoid = future + 2;
-    EXPECT_TRUE(QvVisa::writeFileAtomically(file(), s_new, options));
-    EXPECT_EQ(statusOf(file()).st_mtime, future + 3);
+    EXPECT_EQ(timeAfterSave(options), future + 3);
 }
 
-TEST_F(Time, LetsTheStoreReadBackASaveInTheSecondOfItsLastLoad)
+TEST_P(Time, LetsTheStoreReadBackASaveInTheSecondOfItsLastLoad)
 {
     ::setenv("QVVISACONFFILE", file().c_str(), 1);
     const auto store = [] { return QvVisa::ConfigurationFile::getInstance(); };
@@ -98,5 +87,7 @@ TEST_F(Time, LetsTheStoreReadBackASaveInTheSecondOfItsLastLoad)
     }
     EXPECT_EQ(store()->m_aliases.count("LOWER"), 1U) << "not read back";
 }
+
+INSTANTIATE_TEST_SUITE_P(InPlace, Time, testing::Bool());
 
 } // namespace

@@ -97,16 +97,6 @@ protected:
 QvVisa::ConfigurationFile* StoreFaults::s_store = nullptr;
 using Answers = std::set<std::string>;
 
-TEST_F(StoreFaults, InterruptedAndShortReadsChangeNothing)
-{
-    int calls = 0;
-    for (const int count : {s_few, s_many}) {
-        EXPECT_EQ(changeChecks(count, {}, calls), "CHANGED CHANGED");
-        EXPECT_EQ(changeChecks(count, SystemCalls::interrupting(), calls), "CHANGED CHANGED");
-        EXPECT_EQ(changeChecks(count, SystemCalls::shortening(), calls), "CHANGED CHANGED");
-    }
-}
-
 TEST_F(StoreFaults, AFailedCallKeepsEverythingUntilTheNextChangeCheck)
 {
     for (const int error : {EIO, EACCES, EMFILE}) {

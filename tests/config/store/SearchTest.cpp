@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "config/ConfigurationFile.h"
+#include "config/ProcessEnvironment.h"
 #include "tests/config/store/SearchSandbox.h"
 #include "tests/support/Files.h"
+#include "tests/support/SystemCalls.h"
 #include "tests/support/TestHome.h"
 
 #include <gtest/gtest.h>
@@ -10,12 +12,15 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 
 namespace {
 
 namespace fs = std::filesystem;
+using support::CallAnswer;
+using support::SystemCalls;
 using Paths = std::vector<std::string>;
 
 std::string found(bool forWriting = false)
@@ -121,6 +126,18 @@ TEST_F(Search, SkipsUnsetVariablesButNotEmptyOnes)
     EXPECT_EQ(found(), "");
     EXPECT_EQ(SearchSandbox::takeQueries(),
               (Paths{inWorkingFolder(), SearchSandbox::systemWidePath}));
+}
+
+TEST_F(Search, EnvironmentOfAProcessThatEndsIsUnknown)
+{
+    const std::string own = std::to_string(::getpid());
+    ASSERT_TRUE(QvVisa::searchEnvironmentOf(own).has_value());
+    for (const int failed : {1, 2}) {
+        const SystemCalls calls(SystemCalls::answeringReads([failed](int number) {
+            return CallAnswer{number == failed ? ESRCH : 0, 8};
+        }));
+        EXPECT_FALSE(QvVisa::searchEnvironmentOf(own).has_value()) << failed;
+    }
 }
 
 TEST_F(Search, SkipsADeletedWorkingFolder)
