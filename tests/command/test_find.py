@@ -105,7 +105,7 @@ class MisbehavingLibrary(Find):
         ("viFindNext abort", 1, "viFindNext of libqvvisa.so crashed: Aborted"),
         ("viFindNext exit", 1, "viFindNext of libqvvisa.so ended the program with exit status 3"),
         ("viFindNext close-all", 1, "viFindNext of libqvvisa.so closed the program's files"),
-        ("viFindNext block-signals-and-hang", 1, "viFindNext of libqvvisa.so did not return within 2 seconds"),
+        ("viFindNext block-signals hang", 1, "viFindNext of libqvvisa.so did not return within 2 seconds"),
         ("viClose crash", 3, "viClose of libqvvisa.so crashed: Segmentation fault"),
     ]
 

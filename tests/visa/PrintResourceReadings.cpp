@@ -6,42 +6,17 @@
 #include "visa/PyVisaResourceName.h"
 #include "visa/ResourceName.h"
 
+#include <array>
 #include <iostream>
 #include <string>
 
 namespace {
 
-const char* problemName(visa::ResourceProblem problem)
-{
-    using visa::ResourceProblem;
-    switch (problem) {
-    case ResourceProblem::UnknownInterface:
-        return "UnknownInterface";
-    case ResourceProblem::TrailingWhiteSpace:
-        return "TrailingWhiteSpace";
-    case ResourceProblem::MissingPart:
-        return "MissingPart";
-    case ResourceProblem::EmptyPart:
-        return "EmptyPart";
-    case ResourceProblem::ExtraPart:
-        return "ExtraPart";
-    case ResourceProblem::UnknownClass:
-        return "UnknownClass";
-    case ResourceProblem::NotANumber:
-        return "NotANumber";
-    case ResourceProblem::OutOfRange:
-        return "OutOfRange";
-    case ResourceProblem::BadHost:
-        return "BadHost";
-    case ResourceProblem::BadLanDevice:
-        return "BadLanDevice";
-    case ResourceProblem::BadCharacter:
-        return "BadCharacter";
-    case ResourceProblem::NotAscii:
-        return "NotAscii";
-    }
-    return "";
-}
+/// In the order of visa::ResourceProblem.
+constexpr std::array<const char*, 12> problems{
+    "UnknownInterface", "TrailingWhiteSpace", "MissingPart",  "EmptyPart",
+    "ExtraPart",        "UnknownClass",       "NotANumber",   "OutOfRange",
+    "BadHost",          "BadLanDevice",       "BadCharacter", "NotAscii"};
 
 } // namespace
 
@@ -54,7 +29,8 @@ int main()
         visa::ResourceFault fault;
         const auto name = visa::parseResourceName(text, &fault);
         std::cout << (pyVisa.isAccepted() ? pyVisa.canonicalName() : "-") << '\n'
-                  << (name ? name->fullName : std::string("-") + problemName(fault.problem))
+                  << (name ? name->fullName
+                           : std::string("-") + problems.at(static_cast<int>(fault.problem)))
                   << '\n';
     }
 }

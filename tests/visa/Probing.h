@@ -30,8 +30,20 @@ inline void setVariable(const char* name, const std::string& value)
     ::setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }
 
-inline visa::ProbeReport probe(
-    const std::string& library, void (*change)(visa::ProbeRequest&) = [](visa::ProbeRequest&) {})
+/// Changes a request before it is made.
+using Change = void (*)(visa::ProbeRequest&);
+
+inline constexpr Change asItIs = [](visa::ProbeRequest&) {};
+inline constexpr Change identifying = [](visa::ProbeRequest& request) { request.identify = true; };
+inline constexpr Change withSerialPorts = [](visa::ProbeRequest& request) {
+    request.serialPorts = true;
+};
+
+inline constexpr Change withHangingTimeout = [](visa::ProbeRequest& request) {
+    request.timeout = hangingTimeout;
+};
+
+inline visa::ProbeReport probe(const std::string& library, Change change = asItIs)
 {
     visa::ProbeRequest request;
     request.candidates = {library};
@@ -40,10 +52,16 @@ inline visa::ProbeReport probe(
     return visa::probeLibrary(request);
 }
 
-inline visa::ProbeReport probeSimulator(void (*change)(visa::ProbeRequest&) =
-                                            [](visa::ProbeRequest&) {})
+inline visa::ProbeReport probeSimulator(Change change = asItIs)
 {
     return probe(QVVISA_SIMULATOR_LIBRARY, change);
+}
+
+/// deed: see misbehaving/Misbehaving.cpp; empty for a library that behaves.
+inline visa::ProbeReport probeMisbehaving(const std::string& deed, Change change = asItIs)
+{
+    setVariable("QVVISA_MISBEHAVES", deed);
+    return probe(QVVISA_MISBEHAVING_LIBRARY, change);
 }
 
 inline Texts resourcesOf(const visa::ProbeReport& report)

@@ -1,21 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/Files.h"
 #include "visa/LoaderCache.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include <dlfcn.h>
-#ifdef __GLIBC__
-#include <link.h>
-#endif
 
 using visa::pathsInLoaderCache;
 
@@ -83,21 +76,5 @@ TEST(LoaderCache, DamagedBytesGiveNothingOrAPath)
     }
     EXPECT_EQ(pathsInLoaderCache("This is no cache.", "libvisa.so"), Texts{});
 }
-
-#ifdef __GLIBC__
-TEST(LoaderCache, HasTheLibraryThatTheLoaderTakes)
-{
-    if (!std::filesystem::exists("/etc/ld.so.cache")) {
-        GTEST_SKIP() << "this machine's loader has no cache";
-    }
-    const Texts paths = pathsInLoaderCache(support::readFile("/etc/ld.so.cache"), "libc.so.6");
-    ASSERT_FALSE(paths.empty());
-    link_map* map = nullptr;
-    ASSERT_EQ(::dlinfo(::dlopen("libc.so.6", RTLD_NOW), RTLD_DI_LINKMAP, &map), 0);
-    EXPECT_TRUE(std::any_of(paths.begin(), paths.end(), [map](const std::string& path) {
-        return std::filesystem::equivalent(path, map->l_name);
-    }));
-}
-#endif
 
 } // namespace

@@ -15,8 +15,7 @@ using namespace probing;
 
 TEST(ProbedList, AnAnnouncedCountOfBillionsEndsAfterAThousandFailures)
 {
-    setVariable("QVVISA_MISBEHAVES", "viFindRsrc announce-everything");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
+    const ProbeReport report = probeMisbehaving("viFindRsrc announce-everything");
     EXPECT_EQ(describe(report.end), "finished");
     EXPECT_EQ(report.count, ~ViUInt32{0});
     EXPECT_EQ(resourcesOf(report), everything);
@@ -36,8 +35,7 @@ TEST(ProbedList, ACountThatIsTooSmallIsNoticed)
 
 TEST(ProbedList, FailuresThatAreNotInARowDoNotCutTheList)
 {
-    setVariable("QVVISA_MISBEHAVES", "viFindNext fail-every-other-time");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
+    const ProbeReport report = probeMisbehaving("viFindNext fail-every-other-time");
     EXPECT_FALSE(report.isListCut);
     EXPECT_EQ(report.droppedEntries, 1250U);
     EXPECT_EQ(report.resources.size(), 1251U);
@@ -45,7 +43,6 @@ TEST(ProbedList, FailuresThatAreNotInARowDoNotCutTheList)
 
 TEST(ProbedList, AnEndlessListIsCut)
 {
-    setVariable("QVVISA_MISBEHAVES", "viFindNext repeat-for-ever");
     const support::BenchFixture bench("resource GPIB0::{n}::INSTR repeat=100001");
     const ProbeReport report = probeSimulator();
     EXPECT_EQ(describe(report.end), "finished");
@@ -56,8 +53,7 @@ TEST(ProbedList, AnEndlessListIsCut)
 
 TEST(ProbedList, ADescriptionThatIsTooLongIsCutAndNamed)
 {
-    setVariable("QVVISA_MISBEHAVES", "viFindRsrc overrun");
-    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY);
+    const ProbeReport report = probeMisbehaving("viFindRsrc overrun");
     ASSERT_EQ(report.resources.size(), 3U);
     EXPECT_EQ(report.resources[0].resource, std::string(VI_FIND_BUFLEN, 'o'));
     EXPECT_TRUE(report.resources[0].isUnterminated);
@@ -111,8 +107,7 @@ TEST(ProbedList, SerialPortsEndAtTheFirstThatIsNotDeliveredWithSuccess)
     const support::BenchFixture bench("resource ASRL{n}::INSTR repeat=4\n"
                                       "resource \"ASRL no port\"\n"
                                       "status viParseRsrc VI_ERROR_INV_RSRC_NAME at=2\n");
-    const ProbeReport report =
-        probeSimulator([](ProbeRequest& request) { request.serialPorts = true; });
+    const ProbeReport report = probeSimulator(withSerialPorts);
     ASSERT_EQ(report.serialPorts.size(), 5U);
     EXPECT_EQ(report.serialPorts[0].interfaceNumber, 1);
     EXPECT_EQ(report.serialPorts[1].interfaceNumber, 0);
@@ -121,55 +116,41 @@ TEST(ProbedList, SerialPortsEndAtTheFirstThatIsNotDeliveredWithSuccess)
     EXPECT_TRUE(report.hasSearchedSerialPorts);
 }
 
-class Identification : public testing::Test
+/// "STATUS ANSWER" of each resource.
+Texts answersOf(const ProbeReport& report)
 {
-protected:
-    static ProbeReport identify()
-    {
-        return probeSimulator([](ProbeRequest& request) { request.identify = true; });
+    Texts texts;
+    for (const visa::FoundResource& found : report.resources) {
+        texts.push_back(visa::statusName(found.identifyStatus) +
+                        (found.isIdentified ? ' ' + found.identity : ""));
     }
+    return texts;
+}
 
-    /// "RESOURCE: STATUS ANSWER" of each.
-    static Texts answersOf(const ProbeReport& report)
-    {
-        Texts texts;
-        for (const visa::FoundResource& found : report.resources) {
-            texts.push_back(visa::statusName(found.identifyStatus) +
-                            (found.isIdentified ? ' ' + found.identity : ""));
-        }
-        return texts;
-    }
-};
+const std::string notAsked = "VI_ERROR_LIBRARY_NFOUND";
 
-TEST_F(Identification, AsksEachInstrumentAndNoInterface)
+TEST(Identification, AsksEachInstrumentAndNoInterface)
 {
     const support::BenchFixture bench("resource GPIB0::1::INSTR idn=\"A,B,\\x01,\\xFF\"\n"
                                       "resource GPIB0::INTFC\n"
                                       "resource TCPIP0::198.51.100.2::5025::SOCKET idn=C\n"
                                       "resource nonsense\n");
-    const std::string notAsked = visa::statusName(VI_ERROR_LIBRARY_NFOUND);
-    EXPECT_EQ(answersOf(identify()), (Texts{"VI_SUCCESS A,B,\x01,\xFF\n", notAsked,
-                                            "VI_SUCCESS_TERM_CHAR C\n", notAsked}));
+    EXPECT_EQ(
+        answersOf(probeSimulator(identifying)),
+        (Texts{"VI_SUCCESS A,B,\x01,\xFF\n", notAsked, "VI_SUCCESS_TERM_CHAR C\n", notAsked}));
 }
 
-TEST_F(Identification, GivesTheStatusOfTheCallThatFailed)
+TEST(Identification, GivesTheStatusOfTheCallThatFailed)
 {
-    struct Case
-    {
-        const char* setting;
-        const char* status;
-    };
-    for (const Case& each :
-         {Case{"status viOpen VI_ERROR_RSRC_NFOUND at=1", "VI_ERROR_RSRC_NFOUND"},
-          Case{"status viWrite VI_ERROR_IO at=1", "VI_ERROR_IO"},
-          Case{"status viRead VI_ERROR_TMO at=1", "VI_ERROR_TMO"}}) {
-        const support::BenchFixture bench(
-            std::string("resource GPIB0::{n}::INSTR idn=X repeat=2\n") + each.setting);
-        EXPECT_EQ(answersOf(identify()), (Texts{each.status, "VI_SUCCESS X\n"})) << each.setting;
+    for (const std::string call : {"viOpen", "viWrite", "viRead"}) {
+        const support::BenchFixture bench("resource GPIB0::{n}::INSTR idn=X repeat=2\nstatus " +
+                                          call + " VI_ERROR_IO at=1");
+        EXPECT_EQ(answersOf(probeSimulator(identifying)), (Texts{"VI_ERROR_IO", "VI_SUCCESS X\n"}))
+            << call;
     }
 }
 
-TEST_F(Identification, KeepsTheAnswersBeforeAnInstrumentThatHangs)
+TEST(Identification, KeepsTheAnswersBeforeAnInstrumentThatHangs)
 {
     const support::BenchFixture bench("resource GPIB0::{n}::INSTR idn=X repeat=3\n"
                                       "wait-for-file absent call=viRead at=2\n");
@@ -180,25 +161,22 @@ TEST_F(Identification, KeepsTheAnswersBeforeAnInstrumentThatHangs)
     EXPECT_EQ(describe(report.end), "timed out");
     ASSERT_NE(report.openCall(), nullptr);
     EXPECT_EQ(report.openCall()->name, "viRead GPIB0::2::INSTR");
-    const std::string notAsked = visa::statusName(VI_ERROR_LIBRARY_NFOUND);
     EXPECT_EQ(answersOf(report), (Texts{"VI_SUCCESS X\n", notAsked, notAsked}));
     EXPECT_EQ(report.windowList.size(), 3U);
 }
 
-TEST_F(Identification, AnAnswerIsNoLongerThanItsBuffer)
+TEST(Identification, AnAnswerIsNoLongerThanItsBuffer)
 {
-    const ProbeReport report =
-        probe(QVVISA_TALKING_LIBRARY, [](ProbeRequest& request) { request.identify = true; });
+    const ProbeReport report = probe(QVVISA_TALKING_LIBRARY, identifying);
     ASSERT_EQ(report.resources.size(), 3U);
     EXPECT_EQ(report.resources[0].identity, std::string(1024, 'r'));
 }
 
-TEST_F(Identification, ALibraryThatCannotTalkIsNotAsked)
+TEST(Identification, ALibraryThatCannotTalkIsNotAsked)
 {
-    const ProbeReport report =
-        probe(QVVISA_MISBEHAVING_LIBRARY, [](ProbeRequest& request) { request.identify = true; });
+    const ProbeReport report = probe(QVVISA_MISBEHAVING_LIBRARY, identifying);
     EXPECT_EQ(describe(report.end), "finished");
-    EXPECT_EQ(answersOf(report), Texts(3, visa::statusName(VI_ERROR_LIBRARY_NFOUND)));
+    EXPECT_EQ(answersOf(report), Texts(3, notAsked));
 }
 
 } // namespace

@@ -38,40 +38,33 @@ bool isLoaded(const std::string& path)
     return library != nullptr;
 }
 
-std::string fileOf(const void* address)
+std::vector<const void*> callsOf(const VisaLibrary& library)
 {
-    Dl_info info = {};
-    return ::dladdr(address, &info) != 0 ? info.dli_fname : "";
-}
-
-template <typename Call>
-std::string fileOf(Call* call)
-{
-    return fileOf(reinterpret_cast<const void*>(call));
+    const auto& found = library.calls();
+    return {reinterpret_cast<const void*>(found.openDefaultRM),
+            reinterpret_cast<const void*>(found.setAttribute),
+            reinterpret_cast<const void*>(found.findRsrc),
+            reinterpret_cast<const void*>(found.findNext),
+            reinterpret_cast<const void*>(found.parseRsrc),
+            reinterpret_cast<const void*>(found.close)};
 }
 
 void expectNothingFound(const VisaLibrary& library)
 {
     EXPECT_FALSE(library.isFound());
     EXPECT_EQ(library.name(), "");
-    EXPECT_EQ(library.calls().openDefaultRM, nullptr);
-    EXPECT_EQ(library.calls().setAttribute, nullptr);
-    EXPECT_EQ(library.calls().findRsrc, nullptr);
-    EXPECT_EQ(library.calls().findNext, nullptr);
-    EXPECT_EQ(library.calls().parseRsrc, nullptr);
-    EXPECT_EQ(library.calls().close, nullptr);
+    EXPECT_EQ(callsOf(library), std::vector<const void*>(6));
 }
 
 void expectFound(const VisaLibrary& library, const std::string& path)
 {
     EXPECT_TRUE(library.isFound());
     EXPECT_EQ(library.name(), path);
-    EXPECT_EQ(fileOf(library.calls().openDefaultRM), path);
-    EXPECT_EQ(fileOf(library.calls().setAttribute), path);
-    EXPECT_EQ(fileOf(library.calls().findRsrc), path);
-    EXPECT_EQ(fileOf(library.calls().findNext), path);
-    EXPECT_EQ(fileOf(library.calls().parseRsrc), path);
-    EXPECT_EQ(fileOf(library.calls().close), path);
+    for (const void* call : callsOf(library)) {
+        Dl_info info = {};
+        EXPECT_NE(::dladdr(call, &info), 0);
+        EXPECT_STREQ(info.dli_fname, path.c_str());
+    }
 }
 
 TEST(VisaLibrary, CandidatesAreInTheDocumentedOrder)
@@ -90,21 +83,12 @@ TEST(VisaLibrary, CandidatesAreInTheDocumentedOrder)
     EXPECT_EQ(candidates, expected);
 }
 
-TEST(VisaLibrary, TakesALibraryWithAllSixCalls)
+TEST(VisaLibrary, TakesALibraryWithAllSixCallsAndKeepsItLoaded)
 {
     ASSERT_FALSE(isLoaded(completeLibrary()));
     {
         const VisaLibrary library({completeLibrary()});
         expectFound(library, completeLibrary());
-        EXPECT_EQ(reinterpret_cast<void*>(library.calls().close),
-                  ::dlsym(::dlopen(completeLibrary().c_str(), RTLD_NOW), "viClose"));
-    }
-}
-
-TEST(VisaLibrary, KeepsTheChosenLibraryLoaded)
-{
-    {
-        const VisaLibrary library({completeLibrary()});
     }
     EXPECT_TRUE(isLoaded(completeLibrary()));
 }
@@ -156,55 +140,32 @@ TEST(VisaLibrary, TakesTheFirstOfSeveralThatQualify)
     expectFound(VisaLibrary({second, first}), second);
 }
 
-/// Files that cannot be loaded.
-class UnfitFile : public testing::TestWithParam<std::string>
-{
-protected:
-    UnfitFile() : m_path(m_folder.path() / "unfit")
-    {
-        const std::string& kind = GetParam();
-        if (kind == "Text") {
-            support::writeFile(m_path, "This is no library.\n");
-        } else if (kind == "Empty") {
-            support::writeFile(m_path, "");
-        } else if (kind == "OtherMachines") {
-            support::writeFile(m_path, otherMachines());
-        } else if (kind == "HeaderAlone") {
-            support::writeFile(m_path, support::readFile(completeLibrary()).substr(0, 64));
-        } else if (kind == "Folder") {
-            std::filesystem::create_directory(m_path);
-        } else if (kind == "DanglingLink") {
-            std::filesystem::create_symlink("nowhere", m_path);
-        }
-    }
-
-    /// A library for another processor, by its header.
-    static std::string otherMachines()
-    {
+/// The byte of a library's header that says for which processor it is.
 #ifdef __APPLE__
-        constexpr std::size_t machine = 4;
+constexpr std::size_t processorByte = 4;
 #else
-        constexpr std::size_t machine = 18;
+constexpr std::size_t processorByte = 18;
 #endif
-        std::string bytes = support::readFile(completeLibrary());
-        bytes.at(machine) = static_cast<char>(~bytes.at(machine));
-        return bytes;
-    }
 
-    support::TemporaryFolder m_folder;
-    const std::string m_path;
-};
-
-TEST_P(UnfitFile, IsSkipped)
+TEST(VisaLibrary, SkipsFilesThatCannotBeLoaded)
 {
-    expectNothingFound(VisaLibrary({m_path}));
-    expectFound(VisaLibrary({m_path, completeLibrary()}), completeLibrary());
+    const support::TemporaryFolder folder;
+    std::string library = support::readFile(completeLibrary());
+    support::writeFile(folder.path() / "text", "This is no library.\n");
+    support::writeFile(folder.path() / "empty", "");
+    support::writeFile(folder.path() / "header-alone", library.substr(0, 64));
+    library.at(processorByte) = static_cast<char>(~library.at(processorByte));
+    support::writeFile(folder.path() / "for-another-machine", library);
+    std::filesystem::create_directory(folder.path() / "folder");
+    std::filesystem::create_symlink("nowhere", folder.path() / "dangling-link");
+    for (const char* name : {"text", "empty", "for-another-machine", "header-alone", "folder",
+                             "dangling-link", "missing"}) {
+        SCOPED_TRACE(name);
+        const std::string path = folder.path() / name;
+        expectNothingFound(VisaLibrary({path}));
+        expectFound(VisaLibrary({path, completeLibrary()}), completeLibrary());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(EachKind, UnfitFile,
-                         testing::Values("Text", "Empty", "OtherMachines", "HeaderAlone", "Folder",
-                                         "DanglingLink", "Missing"),
-                         [](const auto& each) { return each.param; });
 
 TEST(VisaLibrary, FindsNothingWithoutCandidates)
 {

@@ -70,10 +70,9 @@ protected:
 
     static std::string sixTimes(ViStatus status)
     {
-        const std::string text = std::to_string(status);
-        std::string all = text;
+        std::string all = std::to_string(status);
         for (int call = 1; call < 6; ++call) {
-            all += ' ' + text;
+            all += ' ' + std::to_string(status);
         }
         return all;
     }
@@ -92,38 +91,12 @@ TEST_F(VisaLibrarySearch, FindsOurLibraryOnTheSearchPath)
 }
 
 #ifndef __APPLE__
-TEST_F(VisaLibrarySearch, PrefersOurLibraryToOthers)
-{
-    install(complete, "libvisa.so");
-    install(complete, "libvisa.so.0");
-    install(complete, "libqvvisa.so");
-    EXPECT_EQ(probe()["file"], folder("one") / "libqvvisa.so");
-}
-
 TEST_F(VisaLibrarySearch, SearchesTheWholePathForEachName)
 {
     ::setenv(searchVariable, (folder("one").string() + ":" + folder("two").string()).c_str(), 1);
     install(complete, "libvisa.so.0", "one");
     install(complete, "libqvvisa.so", "two");
     EXPECT_EQ(probe()["file"], folder("two") / "libqvvisa.so");
-}
-
-TEST_F(VisaLibrarySearch, PrefersTheVersionedStandardName)
-{
-    install(complete, "libvisa.so");
-    EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so");
-    install(complete, "libvisa.so.0");
-    EXPECT_EQ(probe()["file"], folder("one") / "libvisa.so.0");
-}
-
-TEST_F(VisaLibrarySearch, SkipsLibrariesThatDoNotQualify)
-{
-    install(lacking, "libqvvisa.so");
-    support::writeFile(folder("one") / "libvisa.so.0", "This is no library.\n");
-    install(complete, "libvisa.so");
-    auto said = probe();
-    EXPECT_EQ(said["name"], "libvisa.so");
-    EXPECT_EQ(said["file"], folder("one") / "libvisa.so");
 }
 #endif
 
@@ -167,11 +140,18 @@ TEST_F(VisaLibrarySearch, AnExceptionWhileLoadingBecomesAStatus)
 
 TEST_F(VisaLibrarySearch, TriesTheFinderLast)
 {
-    // This probe was built with the complete stub as its finder.
-    EXPECT_EQ(probe("", QVVISA_PROBE_WITH_FINDER)["file"], complete);
+    // The finder is found from the program's folder, so a copy of the program finds this one.
+    const std::string& last = visa::VisaLibrary::candidates().back();
+    const std::filesystem::path finder = folder("bin") / last.substr(last.find('/') + 1);
+    const std::string program = folder("bin") / "probe";
+    std::filesystem::copy_file(QVVISA_PROBE, program);
+    std::filesystem::create_directories(finder.parent_path());
+    std::filesystem::copy_file(complete, finder);
+    EXPECT_TRUE(std::filesystem::equivalent(probe("", program)["file"], finder));
+
     const std::string lastOther = visa::VisaLibrary::candidates().end()[-2];
     install(complete, lastOther);
-    EXPECT_EQ(probe("", QVVISA_PROBE_WITH_FINDER)["file"], folder("one") / lastOther);
+    EXPECT_EQ(probe("", program)["file"], folder("one") / lastOther);
 }
 
 TEST_F(VisaLibrarySearch, SearchesOnceForAllThreads)

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -16,8 +18,8 @@
 #include <unistd.h>
 
 /// A VISA library with three resources that does what no library should, where the variable
-/// QVVISA_MISBEHAVES says so: "CALL DEED". The call is one of the six, "load" or "unload"; the
-/// deeds are below.
+/// QVVISA_MISBEHAVES says so: "CALL DEED...". The call is one of the six, or "load"; the deeds are
+/// below.
 namespace {
 
 constexpr std::array<const char*, 3> resources{"GPIB0::1::INSTR", "ASRL3::INSTR",
@@ -34,18 +36,9 @@ std::size_t s_next = 0;
     }
 }
 
-void closeAll()
+void closeUpTo(long end)
 {
-    for (int descriptor = 3; descriptor < highestDescriptor; ++descriptor) {
-        ::close(descriptor);
-    }
-}
-
-/// What a library does that closes what it does not know: up to the limit of this process.
-void closeBelowLimit()
-{
-    const long limit = ::sysconf(_SC_OPEN_MAX);
-    for (int descriptor = 3; descriptor < limit; ++descriptor) {
+    for (int descriptor = 3; descriptor < end; ++descriptor) {
         ::close(descriptor);
     }
 }
@@ -55,6 +48,30 @@ void leaveProcess()
 {
     if (::fork() == 0) {
         hang();
+    }
+}
+
+void forkAndExit()
+{
+    const pid_t forked = ::fork();
+    if (forked == 0) {
+        std::exit(5); // NOLINT(concurrency-mt-unsafe)
+    }
+    int status = 0;
+    ::waitpid(forked, &status, 0);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 5) {
+        std::abort();
+    }
+}
+
+/// Both return, the forked process first, and that one finds nothing more.
+void forkAndReturn()
+{
+    const pid_t forked = ::fork();
+    if (forked == 0) {
+        s_next = count;
+    } else {
+        ::waitpid(forked, nullptr, 0);
     }
 }
 
@@ -90,73 +107,46 @@ void printMegabytes()
     }
 }
 
+void abortWithMessage()
+{
+    std::puts("now it aborts");
+    std::abort();
+}
+
+/// Does nothing for a deed that its call does itself.
 void misbehave(std::string_view deed)
 {
-    if (deed == "hang") {
-        hang();
-    } else if (deed == "abort") {
-        std::puts("now it aborts");
-        std::abort();
-    } else if (deed == "crash") {
-        ::raise(SIGSEGV);
-    } else if (deed == "throw") {
-        throw 7;
-    } else if (deed == "exit") {
-        std::exit(3); // NOLINT(concurrency-mt-unsafe)
-    } else if (deed == "_exit") {
-        ::_exit(4);
-    } else if (deed == "end-thread") {
-        ::pthread_exit(nullptr);
-    } else if (deed == "leave-process") {
-        leaveProcess();
-    } else if (deed == "leave-process-and-crash") {
-        leaveProcess();
-        ::raise(SIGSEGV);
-    } else if (deed == "fork-and-exit") {
-        const pid_t forked = ::fork();
-        if (forked == 0) {
-            std::exit(5); // NOLINT(concurrency-mt-unsafe)
-        }
-        int status = 0;
-        ::waitpid(forked, &status, 0);
-        if (!WIFEXITED(status) || WEXITSTATUS(status) != 5) {
-            std::abort();
-        }
-    } else if (deed == "fork-and-return") {
-        // Both return, the forked process first, and that one finds nothing more.
-        const pid_t forked = ::fork();
-        if (forked == 0) {
-            s_next = count;
-        } else {
-            ::waitpid(forked, nullptr, 0);
-        }
-    } else if (deed == "close-below-limit") {
-        closeBelowLimit();
-    } else if (deed == "close-all") {
-        closeAll();
-    } else if (deed == "close-all-and-hang") {
-        closeAll();
-        hang();
-    } else if (deed == "write-to-report") {
-        writeToReport();
-        hang();
-    } else if (deed == "print") {
-        printMegabytes();
-    } else if (deed == "block-signals-and-hang") {
-        blockSignals();
-        hang();
-    } else if (deed == "change-folder") {
-        static_cast<void>(!::chdir("/"));
-    } else if (deed == "read-input") {
-        std::printf("input: %d\n", std::getchar());
+    // Not a global: the library misbehaves while it is loaded, before globals are constructed.
+    static const std::map<std::string_view, void (*)()> deeds{
+        {"hang", [] { hang(); }},
+        {"abort", abortWithMessage},
+        {"crash", [] { ::raise(SIGSEGV); }},
+        {"throw", [] { throw 7; }},
+        {"exit", [] { std::exit(3); }}, // NOLINT(concurrency-mt-unsafe)
+        {"_exit", [] { ::_exit(4); }},
+        {"end-thread", [] { ::pthread_exit(nullptr); }},
+        {"leave-process", leaveProcess},
+        {"fork-and-exit", forkAndExit},
+        {"fork-and-return", forkAndReturn},
+        // As a library does that closes what it does not know: up to the limit of this process.
+        {"close-below-limit", [] { closeUpTo(::sysconf(_SC_OPEN_MAX)); }},
+        {"close-all", [] { closeUpTo(highestDescriptor); }},
+        {"write-to-report", writeToReport},
+        {"block-signals", blockSignals},
+        {"print", printMegabytes},
+        {"change-folder", [] { static_cast<void>(!::chdir("/")); }},
+        {"read-input", [] { std::printf("input: %d\n", std::getchar()); }}};
+    const auto found = deeds.find(deed);
+    if (found != deeds.end()) {
+        found->second();
     }
 }
 
 /// What follows the name of the call in the variable.
-std::string_view deedOf(std::string_view call)
+std::string deedsOf(std::string_view call)
 {
     const char* const variable = std::getenv("QVVISA_MISBEHAVES");
-    const std::string_view wanted = variable != nullptr ? variable : "";
+    const std::string wanted = variable != nullptr ? variable : "";
     if (wanted.substr(0, call.size()) != call || wanted.substr(call.size(), 1) != " ") {
         return {};
     }
@@ -165,7 +155,10 @@ std::string_view deedOf(std::string_view call)
 
 void enter(std::string_view call)
 {
-    misbehave(deedOf(call));
+    std::istringstream deeds(deedsOf(call));
+    for (std::string deed; deeds >> deed;) {
+        misbehave(deed);
+    }
 }
 
 void describe(ViChar* description, const char* text)
@@ -176,11 +169,6 @@ void describe(ViChar* description, const char* text)
 [[gnu::constructor]] void load()
 {
     enter("load");
-}
-
-[[gnu::destructor]] void unload()
-{
-    enter("unload");
 }
 
 } // namespace
@@ -208,11 +196,11 @@ QVVISA_EXPORT ViStatus viFindRsrc(ViSession, ViConstString, ViFindList* list, Vi
     *matches = count;
     s_next = 1;
     describe(description, resources[0]);
-    if (deedOf("viFindRsrc") == "overrun") {
+    if (deedsOf("viFindRsrc") == "overrun") {
         std::memset(description, 'o', VI_FIND_BUFLEN + 20);
-    } else if (deedOf("viFindRsrc") == "announce-everything") {
+    } else if (deedsOf("viFindRsrc") == "announce-everything") {
         *matches = ~ViUInt32{0};
-    } else if (deedOf("viFindNext") == "fail-every-other-time") {
+    } else if (deedsOf("viFindNext") == "fail-every-other-time") {
         *matches = 2501;
     }
     return VI_SUCCESS;
@@ -221,11 +209,7 @@ QVVISA_EXPORT ViStatus viFindRsrc(ViSession, ViConstString, ViFindList* list, Vi
 QVVISA_EXPORT ViStatus viFindNext(ViFindList, ViChar* description)
 {
     enter("viFindNext");
-    if (deedOf("viFindNext") == "repeat-for-ever") {
-        describe(description, resources[0]);
-        return VI_SUCCESS;
-    }
-    if (deedOf("viFindNext") == "fail-every-other-time") {
+    if (deedsOf("viFindNext") == "fail-every-other-time") {
         return ++s_next % 2 == 0 ? VI_ERROR_SYSTEM_ERROR : VI_SUCCESS;
     }
     if (s_next >= count) {

@@ -4,25 +4,20 @@
 #include "visa/VisaApi.h"
 
 #include <cstdint>
-#include <initializer_list>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 namespace stub {
 
 /// The last call that a stub library has seen, each argument as a word.
 struct Call
 {
-    const char* name = "";
-    std::uintptr_t arguments[5] = {};
-    int argumentCount = 0;
+    std::string name;
+    std::vector<std::uintptr_t> arguments;
     /// Calls since the library was loaded.
     int total = 0;
 };
-
-/// What every call answers from now on.
-void setStatus(ViStatus status);
-
-ViStatus note(const char* name, std::initializer_list<std::uintptr_t> arguments);
 
 template <typename Argument>
 std::uintptr_t word(Argument argument)
@@ -34,19 +29,14 @@ std::uintptr_t word(Argument argument)
     }
 }
 
-/// The whole body of a stub's call.
-template <typename... Arguments>
-ViStatus answer(const char* name, Arguments... arguments)
-{
-    return note(name, {word(arguments)...});
-}
-
 } // namespace stub
 
+/// What every stub library exports for the tests, beside its calls.
 extern "C" {
 
-/// Exported by every stub library, for the tests.
 [[gnu::visibility("default")]] const stub::Call* stubLastCall();
+
+/// What every call answers from now on.
 [[gnu::visibility("default")]] void stubSetStatus(ViStatus status);
 
 /// Has the library call its own viClose(), as it would from within another call.
