@@ -8,15 +8,6 @@ void PrintTo(const QString& text, std::ostream* out)
     *out << '"' << text.toStdString() << '"';
 }
 
-ModelTest::ModelTest()
-{
-    load("GPIB0::1::INSTR\n"
-         "GPIB0::2::INSTR\n"
-         "DMM=TCPIP0::10.0.0.5::INSTR\n"
-         ":Provider=7\n"
-         ":SerialProperty[DeviceNo=3].Baudrate=19200\n");
-}
-
 Rows ModelTest::rowsOf(const ConfigurationModel& model)
 {
     Rows rows;

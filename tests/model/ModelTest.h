@@ -34,7 +34,7 @@ public:
 class ModelTest : public testing::Test
 {
 protected:
-    ModelTest();
+    ModelTest() { load(); }
 
     void TearDown() override { EXPECT_EQ(m_warnings.all(), QStringList()); }
 
@@ -43,11 +43,16 @@ protected:
     Rows rows() const { return rowsOf(*m_model); }
 
     /// Replaces the file, and the model by one that loads it.
-    void load(std::string_view lines);
+    void load(std::string_view lines = s_lines);
 
     /// Selects the row's first cell, or all its cells, as the view of m_model would.
     void select(int row, QItemSelectionModel::SelectionFlags flags = QItemSelectionModel::Rows);
 
+    static constexpr std::string_view s_lines = "GPIB0::1::INSTR\n"
+                                                "GPIB0::2::INSTR\n"
+                                                "DMM=TCPIP0::10.0.0.5::INSTR\n"
+                                                ":Provider=7\n"
+                                                ":SerialProperty[DeviceNo=3].Baudrate=19200\n";
     support::ConfigurationFixture m_configuration;
     support::QtWarnings m_warnings;
     std::unique_ptr<AnyIndexModel> m_model;
