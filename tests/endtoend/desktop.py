@@ -236,6 +236,15 @@ class Desktop:
         return wait_for(placed, lambda: f"a window of {size} at {corner}; it is at "
                                         f"{self.geometry(window)}")
 
+    def wait_at(self, window, geometry):
+        """Waits until a window has this geometry()."""
+        wait_for(lambda: self.geometry(window) == geometry,
+                 lambda: f"the window at {geometry}; it is at {self.geometry(window)}")
+
+    def wait_maximised(self, window, expected=True):
+        wait_for(lambda: self.is_maximised(window) == expected,
+                 "the window to be " + ("maximised" if expected else "normal"))
+
     def is_maximised(self, window):
         return "_NET_WM_STATE_MAXIMIZED_VERT" in self.read(
             ["xprop", "-id", window, "_NET_WM_STATE"])

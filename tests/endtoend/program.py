@@ -15,6 +15,11 @@ COMPOSER = "VISA Resource String Composer"
 FIND = "Find resources"
 PROPERTIES = "QvVisa Properties"
 
+HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
+# A file with one alias, and the file after Program.edit().
+BEFORE = HEADER + b"A=ASRL1::INSTR\n"
+EDITED = HEADER + b"B=ASRL1::INSTR\n"
+
 # The main window in the Fusion style with DejaVu Sans at 96 dots an inch, as Desktop starts it.
 TOOL_BAR_Y = 20
 TOOL_BAR_X = {"add": 29, "remove": 63, "edit": 97, "find": 131, "properties": 172, "save": 213,
@@ -119,6 +124,17 @@ class Program:
         """Closes the main window by the window manager."""
         self.desktop.key("alt+F4")
 
+    def end(self):
+        """Closes the main window, which has nothing to save, and waits until the program ends."""
+        self.close()
+        self.wait_ended()
+
+    def answer_unsaved(self, key):
+        """Answers the question about unsaved changes and waits until the program ends."""
+        self.desktop.window(UNSAVED)
+        self.desktop.key(key)
+        self.wait_ended()
+
     # The main window
 
     def press(self, button):
@@ -147,6 +163,11 @@ class Program:
         self.desktop.click(self.main, self.cell(row, column), times=2)
         self.desktop.retype(text)
         self.desktop.key("Return")
+
+    def edit(self):
+        """Makes EDITED of BEFORE in the table."""
+        self.edit_cell(0, "alias", "B")
+        self.wait_can_save()
 
     def can_save(self):
         """Whether the tool bar's Save is enabled: a disabled button has no colour."""
@@ -243,6 +264,13 @@ class Program:
 
     # The file
 
+    def write_in_home(self, content):
+        """Writes the configuration file of the home folder; gives its path."""
+        file = self.home / ".quorvane/visa.conf"
+        file.parent.mkdir()
+        file.write_bytes(content)
+        return file
+
     def wait_file(self, expected):
         """Waits until the configuration file holds exactly these bytes."""
         wait_for(lambda: self.file.read_bytes() == expected,
@@ -264,3 +292,12 @@ def from_environment(desktop, **options):
         raise Failure(f"not set: {', '.join(missing)}")
     options.setdefault("libraries", os.environ["QVVISA_SIMULATOR"])
     return Program(desktop, os.environ["QVVISA_PROGRAM"], **options)
+
+
+def started(desktop, **options):
+    """The same, started; its search is over if it has a bench."""
+    user = from_environment(desktop, **options)
+    user.start()
+    if "bench" in options:
+        user.wait_scanned()
+    return user

@@ -5,8 +5,8 @@
 import program
 import scenario
 from desktop import wait_for
+from program import BEFORE, HEADER
 
-HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
 BENCH = """
 resource TCPIP0::192.168.10.21::inst0::INSTR
 resource USB0::0x1234::0x5678::102764::INSTR
@@ -15,9 +15,7 @@ resource GPIB0::9::INSTR
 
 
 def composer_takes_a_found_resource(desktop):
-    user = program.from_environment(desktop, content=HEADER, bench=BENCH)
-    user.start()
-    user.wait_scanned()
+    user = program.started(desktop, content=HEADER, bench=BENCH)
     user.press("add")
     composer = desktop.window(program.COMPOSER)
     desktop.key("Tab", "Tab", "space")
@@ -28,14 +26,11 @@ def composer_takes_a_found_resource(desktop):
     user.wait_back(program.COMPOSER)
     user.save()
     user.wait_file(HEADER + b"GPIB0::9::INSTR\n")
-    user.close()
-    user.wait_ended()
+    user.end()
 
 
 def refresh_finds_a_new_instrument(desktop):
-    user = program.from_environment(desktop, content=HEADER + b"A=ASRL1::INSTR\n", bench="")
-    user.start()
-    user.wait_scanned()
+    user = program.started(desktop, content=BEFORE, bench="")
     user.bench_file.write_text(BENCH)
     user.select(0)
     user.press("find")
@@ -45,8 +40,7 @@ def refresh_finds_a_new_instrument(desktop):
     user.wait_back(program.FIND)
     user.save()
     user.wait_file(HEADER + b"A=USB0::0x1234::0x5678::102764::INSTR\n")
-    user.close()
-    user.wait_ended()
+    user.end()
 
 
 scenario.run(composer_takes_a_found_resource, refresh_finds_a_new_instrument)

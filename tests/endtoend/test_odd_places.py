@@ -4,11 +4,8 @@
 
 import program
 import scenario
-from desktop import Desktop, wait_for
-
-HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
-CONTENT = HEADER + b"A=ASRL1::INSTR\n"
-EDITED = HEADER + b"B=ASRL1::INSTR\n"
+from desktop import Desktop
+from program import BEFORE, EDITED
 
 ODD_PLACES = {
     "left of and above the screen": "pos=@Point(-5000 -4000)\nsize=@Size(600 400)",
@@ -34,16 +31,14 @@ def edit_by_keyboard(user):
     user.desktop.retype("B")
     user.desktop.key("Return")
     user.close()
-    user.desktop.window(program.UNSAVED)
-    user.desktop.key("alt+y")
-    user.wait_ended()
+    user.answer_unsaved("alt+y")
     user.expect_file(EDITED)
 
 
 def window_can_be_used_at_every_stored_place(desktop):
     for what, settings in ODD_PLACES.items():
         print(what, flush=True)
-        user = program.from_environment(desktop, content=CONTENT)
+        user = program.from_environment(desktop, content=BEFORE)
         stored(user, settings)
         user.start()
         edit_by_keyboard(user)
@@ -54,19 +49,13 @@ def window_of_a_missing_monitor_can_be_used(desktop):
     settings = desktop.folder / "kept-settings"
     width, height = desktop.size
     with Desktop(desktop.failures / "two-monitors", (2 * width, height)) as two:
-        user = program.from_environment(two, content=CONTENT, settings=settings)
-        user.start()
+        user = program.started(two, content=BEFORE, settings=settings)
         left = two.place(user.main, (600, 400), (width + 200, 150))
-        user.close()
-        user.wait_ended()
+        user.end()
         user.start()
-        wait_for(lambda: two.geometry(user.main) == left,
-                 lambda: f"the window at {left}; it is at {two.geometry(user.main)}")
-        user.close()
-        user.wait_ended()
-    user = program.from_environment(desktop, content=CONTENT, settings=settings)
-    user.start()
-    edit_by_keyboard(user)
+        two.wait_at(user.main, left)
+        user.end()
+    edit_by_keyboard(program.started(desktop, content=BEFORE, settings=settings))
 
 
 scenario.run(window_can_be_used_at_every_stored_place, window_of_a_missing_monitor_can_be_used)

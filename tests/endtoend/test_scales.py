@@ -4,9 +4,9 @@
 import program
 import scenario
 from desktop import expect_equal
-from program import COMPOSER, FIND, PROPERTIES, UNSAVED
+from program import COMPOSER, FIND, HEADER, PROPERTIES, UNSAVED
 
-CONTENT = b":QvVisaConfigurationFileVersion01\n:Provider=3674\nASRL1::INSTR\nASRL2::INSTR\n"
+CONTENT = HEADER + b"ASRL1::INSTR\nASRL2::INSTR\n"
 BENCH = "resource ASRL1::INSTR\n"
 
 
@@ -23,8 +23,6 @@ def expect_fits(user, title):
 def open_every_window(user):
     """The window and each of its dialogs in turn, by the keyboard."""
     desktop = user.desktop
-    user.start()
-    user.wait_scanned()
     yield program.MAIN
     user.select_by_keyboard()
     # From the table: Add, Remove, then, with a row selected, Edit, Find, properties.
@@ -46,7 +44,7 @@ def open_every_window(user):
 
 
 def every_window_fits_at_150_percent(desktop):
-    user = program.from_environment(desktop, content=CONTENT, bench=BENCH)
+    user = program.started(desktop, content=CONTENT, bench=BENCH)
     for title in open_every_window(user):
         expect_fits(user, title)
         if title == program.MAIN:

@@ -9,10 +9,8 @@ import tempfile
 import program
 import scenario
 from desktop import expect_equal
+from program import BEFORE, EDITED
 
-HEADER = b":QvVisaConfigurationFileVersion01\n:Provider=3674\n"
-BEFORE = HEADER + b"A=ASRL1::INSTR\n"
-EDITED = HEADER + b"B=ASRL1::INSTR\n"
 SKIPPED = 77
 
 # new-root ROOT PREFERENCES COMMAND...: runs the command in namespaces of its own, with the machine's
@@ -52,10 +50,9 @@ def prepared(desktop):
 
 def edit_and_save(user):
     user.start()
-    user.edit_cell(0, "alias", "B")
+    user.edit()
     user.save()
-    user.close()
-    user.wait_ended()
+    user.end()
 
 
 def file_is_saved(desktop):
@@ -67,9 +64,7 @@ def file_is_saved(desktop):
 
 def home_folder_comes_first(desktop):
     file, user = prepared(desktop)
-    in_home = user.home / ".quorvane/visa.conf"
-    in_home.parent.mkdir()
-    in_home.write_bytes(BEFORE)
+    in_home = user.write_in_home(BEFORE)
     edit_and_save(user)
     expect_equal(in_home.read_bytes(), EDITED, str(in_home))
     expect_equal(file.read_bytes(), BEFORE, "the system-wide file")

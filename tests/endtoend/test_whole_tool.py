@@ -14,7 +14,9 @@ resource TCPIP0::192.168.10.21::inst0::INSTR
 BEFORE = b""":QvVisaConfigurationFileVersion01 by hand
 :Provider=3674
 :GPIBProperty[DeviceNo=0].PrimaryAddress=4
-# three unnamed, two named
+# three unnamed, one named
+:Unknown=1
+
 GPIB0::12::INSTR
 ASRL1::INSTR
 TCPIP0::10.0.0.6::5025::SOCKET
@@ -31,7 +33,7 @@ GPIB0::13::INSTR
 TCPIP0::192.168.10.21::inst0::INSTR
 """
 # The table of aliases is unordered.
-ALIAS_LINES = {b"DMM=TCPIP0::10.0.0.8::inst0::INSTR\n",
+ALIAS_LINES = {b"MY_DMM2=TCPIP0::10.0.0.8::inst0::INSTR\n",
                b"STAGE=USB1::0x1234::0x5680::SN7::INSTR\n"}
 VXI_11, USB = 0, 4
 IP, VENDOR, PRODUCT, SERIAL, BOARD = 2, 2, 3, 4, 1  # tab stops after the interface type
@@ -53,11 +55,11 @@ def edit_properties(user):
 
 
 def every_kind_of_edit_is_saved_and_read_back(desktop):
-    user = program.from_environment(desktop, content=BEFORE, bench=BENCH)
-    user.start()
-    user.wait_scanned()
+    user = program.started(desktop, content=BEFORE, bench=BENCH)
+    assert not user.can_save()
     user.edit_cell(0, "resource", "GPIB0::13::INSTR")
     user.wait_can_save()
+    user.edit_cell(3, "alias", " MY DMM:2# ")
     user.select(1)
     user.press("find")
     user.choose_found(2)
@@ -72,8 +74,7 @@ def every_kind_of_edit_is_saved_and_read_back(desktop):
     user.expect_file(BEFORE)
     user.save()
     wait_for(lambda: holds_the_edits(user), lambda: f"the edits in {user.file.read_bytes()!r}")
-    user.close()
-    user.wait_ended()
+    user.end()
 
     saved = user.file.read_bytes()
     user.start()
@@ -88,8 +89,7 @@ def every_kind_of_edit_is_saved_and_read_back(desktop):
     user.save()
     wait_for(lambda: holds_the_edits(user), lambda: f"the edits in {user.file.read_bytes()!r}")
     assert sorted(user.file.read_bytes()) == sorted(saved)
-    user.close()
-    user.wait_ended()
+    user.end()
 
 
 scenario.run(every_kind_of_edit_is_saved_and_read_back)

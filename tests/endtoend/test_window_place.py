@@ -1,17 +1,19 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""The main window opens centred at first, then with its last size, position and state."""
+"""The main window opens centred at first. It and the dialogs restore their size, position and
+maximised state."""
 
 import program
 import scenario
-from desktop import expect_equal, wait_for
+from desktop import expect_equal
+from program import BEFORE, COMPOSER, FIND, PROPERTIES
 
-CONTENT = b":QvVisaConfigurationFileVersion01\n:Provider=3674\nA=ASRL1::INSTR\n"
+BENCH = "resource ASRL1::INSTR\n"
+DIALOGS = {"add": COMPOSER, "find": FIND, "properties": PROPERTIES}
 
 
 def first_start_centres_the_window(desktop):
-    user = program.from_environment(desktop, content=CONTENT)
-    user.start()
+    user = program.started(desktop, content=BEFORE)
     x, y, width, height = desktop.geometry(user.main)
     left, right, top, bottom = desktop.frame(user.main)
     expect_equal((width, height), (600, 400), "size")
@@ -24,32 +26,72 @@ def first_start_centres_the_window(desktop):
 
 
 def size_and_position_are_restored(desktop):
-    user = program.from_environment(desktop, content=CONTENT)
-    user.start()
+    user = program.started(desktop, content=BEFORE)
     left = desktop.place(user.main, (720, 333), (111, 222))
-    user.close()
-    user.wait_ended()
+    user.end()
     user.start()
-    wait_for(lambda: desktop.geometry(user.main) == left,
-             lambda: f"the window at {left}; it is at {desktop.geometry(user.main)}")
+    desktop.wait_at(user.main, left)
 
 
 def maximised_state_is_restored(desktop):
-    user = program.from_environment(desktop, content=CONTENT)
-    user.start()
+    user = program.started(desktop, content=BEFORE)
     desktop.key("alt+F10")
-    wait_for(lambda: desktop.is_maximised(user.main), "the window to be maximised")
-    user.close()
-    user.wait_ended()
+    desktop.wait_maximised(user.main)
+    user.end()
     user.start()
-    wait_for(lambda: desktop.is_maximised(user.main), "the window to be maximised again")
+    desktop.wait_maximised(user.main)
     desktop.key("alt+F10")
-    wait_for(lambda: not desktop.is_maximised(user.main), "the window to be normal")
-    user.close()
-    user.wait_ended()
+    desktop.wait_maximised(user.main, False)
+    user.end()
     user.start()
     assert not desktop.is_maximised(user.main)
 
 
+def open_dialog(user, button):
+    user.select(0)
+    user.press(button)
+    return user.desktop.window(DIALOGS[button])
+
+
+def restart(user):
+    user.end()
+    user.start()
+    user.wait_scanned()
+
+
+def dialogs_restore_size_and_position(desktop):
+    user = program.started(desktop, content=BEFORE, bench=BENCH)
+    places = {}
+    for number, (button, title) in enumerate(DIALOGS.items()):
+        places[button] = desktop.place(open_dialog(user, button), (760 + number, 610 + number),
+                                       (100 + 40 * number, 60 + 40 * number))
+        user.cancel(title)
+    for what in "again", "after a restart":
+        for button, title in DIALOGS.items():
+            desktop.wait_at(open_dialog(user, button), places[button])
+            user.cancel(title)
+        if what == "again":
+            restart(user)
+    assert not user.can_save()
+    user.end()
+    user.expect_file(BEFORE)
+
+
+def all_dialogs_but_the_composer_open_maximised_again(desktop):
+    user = program.started(desktop, content=BEFORE, bench=BENCH)
+    for button, title in DIALOGS.items():
+        window = open_dialog(user, button)
+        desktop.key("alt+F10")
+        desktop.wait_maximised(window)
+        user.cancel(title)
+    assert not desktop.is_maximised(open_dialog(user, "add"))
+    user.cancel(COMPOSER)
+    restart(user)
+    for button in "find", "properties":
+        desktop.wait_maximised(open_dialog(user, button))
+        user.cancel(DIALOGS[button])
+
+
 scenario.run(first_start_centres_the_window, size_and_position_are_restored,
-             maximised_state_is_restored)
+             maximised_state_is_restored, dialogs_restore_size_and_position,
+             all_dialogs_but_the_composer_open_maximised_again)
