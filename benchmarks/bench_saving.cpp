@@ -2,8 +2,6 @@
 // Saving a configuration of 100 and of 100,000 lines:
 //   saveStore        the store's save(), to the disk
 //   writeAndFlush    the floor: one write of the same bytes to an open file, and fsync
-//   createAndFlush   what a new file costs that survives a power cut: the same in a new file, and
-//                    fsync of its folder
 #include "benchmarks/GeneratedFile.h"
 #include "config/ConfigurationFile.h"
 #include "tests/support/Files.h"
@@ -14,7 +12,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 
 namespace {
@@ -66,22 +63,5 @@ void writeAndFlush(benchmark::State& state)
     }
 }
 BENCHMARK(writeAndFlush)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-void createAndFlush(benchmark::State& state)
-{
-    generate(state);
-    const std::string bytes = support::readFile(path());
-    const std::string created = path() + ".created";
-    const int folder = ::open(std::filesystem::path(path()).parent_path().c_str(),
-                              O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    for (auto _ : state) {
-        std::filesystem::remove(created);
-        if (!writeAndFlush(created, bytes) || ::fsync(folder) != 0) {
-            state.SkipWithError("creating failed");
-        }
-    }
-    ::close(folder);
-}
-BENCHMARK(createAndFlush)->Arg(100)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

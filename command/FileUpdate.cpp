@@ -242,8 +242,8 @@ bool Update::replaceTarget(std::unique_ptr<TemporaryFile> replacement)
 /// The names are exchanged: looks at what came out.
 bool Update::exchange(std::unique_ptr<TemporaryFile> replacement)
 {
-    const int folder = m_target->folder();
-    const FileDescriptor cameOut = openInFolder(folder, replacement->name(), s_forReading);
+    const FileDescriptor cameOut =
+        openInFolder(m_target->folder(), replacement->name(), s_forReading);
     if (!cameOut.isOpen() || !holds(cameOut.get(), m_old->text())) {
         undoExchange(*replacement);
         return false;
@@ -257,7 +257,6 @@ bool Update::exchange(std::unique_ptr<TemporaryFile> replacement)
         }
         m_backup = backupPath();
     }
-    flushFolder(folder);
     return true;
 }
 
@@ -315,7 +314,6 @@ bool Update::renameOver(std::unique_ptr<TemporaryFile> replacement)
         }
         throw notWritten(m_path, errno);
     }
-    flushFolder(m_target->folder());
     return true;
 }
 

@@ -86,6 +86,17 @@ std::unique_ptr<TemporaryFile> writeCopyElsewhere(const TargetFile& target, std:
     return copy;
 }
 
+/// Waits until the folder's names have reached the disk. A failure is ignored: the copy is needed
+/// only if the machine stops in the middle of the write.
+void flushFolder(int folder)
+{
+    const FileDescriptor descriptor(
+        ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC, mode_t{0}));
+    if (descriptor.isOpen()) {
+        ::fsync(descriptor.get());
+    }
+}
+
 } // namespace
 
 ReplaceOutcome outcomeOfError(int error)
@@ -101,15 +112,6 @@ ReplaceOutcome outcomeOfError(int error)
         return ReplaceOutcome::Failed;
     default:
         return ReplaceOutcome::Impossible;
-    }
-}
-
-void flushFolder(int folder)
-{
-    const FileDescriptor descriptor(
-        ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC, mode_t{0}));
-    if (descriptor.isOpen()) {
-        ::fsync(descriptor.get());
     }
 }
 
@@ -153,7 +155,6 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes,
     ReplaceOutcome outcome = prepareReplacement(*target, bytes, options, file);
     if (outcome == ReplaceOutcome::Ready) {
         if (file->renameTo(target->name())) {
-            flushFolder(target->folder());
             TemporaryFile::removeLeftovers(target->folder(), target->status().st_uid);
             return true;
         }

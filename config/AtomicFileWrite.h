@@ -13,8 +13,10 @@ namespace QvVisa {
 
 /// Makes bytes, a text of lines, the whole contents of the file at path, creating it if it does not
 /// exist. Whatever happens meanwhile (a kill, a full disk, a write error), the file afterwards
-/// holds either all of its old bytes or all of the new ones, and the new ones have reached the
-/// disk.
+/// holds either all of its old bytes or all of the new ones.
+///
+/// The new bytes are on the disk before they take the file's name. Nothing waits for the name: a
+/// power cut within the seconds until the file system writes it leaves the old bytes.
 ///
 /// An existing file must be writable, else nothing happens. It keeps its owner, group, rights,
 /// access control list and extended attributes. Links are followed as config/TargetFile.h says;
@@ -56,9 +58,5 @@ ReplaceOutcome prepareReplacement(const TargetFile& target, std::string_view byt
 /// new bytes. If the file is torn, the copy is kept.
 bool writeInPlaceWithCopy(const TargetFile& target, std::string_view bytes,
                           const WriteOptions& options, std::unique_ptr<TemporaryFile> copy);
-
-/// Waits until the folder's names have reached the disk. A failure is ignored: with or without the
-/// last renaming, each name belongs to a whole file.
-void flushFolder(int folder);
 
 } // namespace QvVisa
