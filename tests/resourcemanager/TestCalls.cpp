@@ -10,6 +10,7 @@
 #include <chrono>
 #include <functional>
 #include <future>
+#include <mutex>
 #include <new>
 #include <optional>
 #include <set>
@@ -45,11 +46,8 @@ std::optional<ViStatus>& plannedStatus()
     return status;
 }
 
-std::vector<std::string>& loggedLines()
-{
-    static std::vector<std::string> lines;
-    return lines;
-}
+std::mutex s_logMutex;
+std::vector<std::string> s_log;
 
 class TestSource : public resourcemanager::ResourceSource
 {
@@ -105,9 +103,8 @@ std::shared_ptr<resourcemanager::ResourceSource> resourcemanager::openResourceSo
 std::function<void(const std::string&)> resourcemanager::callLog()
 {
     return [](const std::string& line) {
-        if (line.compare(0, 12, "viStatusDesc") == 0) {
-            loggedLines().push_back(line);
-        }
+        const std::lock_guard<std::mutex> lock(s_logMutex);
+        s_log.push_back(line);
     };
 }
 
@@ -250,6 +247,7 @@ TEST(Calls, ASourceNeedNotOpenInstruments)
     ViSession instrument = VI_NULL;
     EXPECT_EQ(client().open(session, "ASRL1::INSTR", instrument), "VI_ERROR_NSUP_OPER");
     EXPECT_EQ(client().open(session, "ASRL1x", instrument), "VI_ERROR_INV_RSRC_NAME");
+    EXPECT_EQ(client().open(session, nullptr, instrument), "VI_ERROR_INV_RSRC_NAME");
     EXPECT_EQ(client().open(999, "ASRL1", instrument), "VI_ERROR_INV_OBJECT");
     EXPECT_EQ(client().open(session, "ASRL1", instrument, 8), "VI_ERROR_INV_ACC_MODE");
 }
@@ -406,9 +404,51 @@ TEST(Calls, EveryStatusIsDescribedWithOrWithoutAnObject)
         EXPECT_STREQ(text.data(), "Unknown status 0xBFFF7777.");
         EXPECT_EQ(statusName(viStatusDesc(object, VI_ERROR_TMO, nullptr)), "VI_ERROR_USER_BUF");
     }
-    ASSERT_EQ(loggedLines().size(), 9U);
-    EXPECT_EQ(loggedLines()[4], "viStatusDesc(0, 0xBFFF7777) -> VI_WARN_UNKNOWN_STATUS, "
-                                "description=\"Unknown status 0xBFFF7777.\"\n");
+    viStatusDesc(VI_NULL, visaError(0x7777), text.data());
+    EXPECT_EQ(s_log.back(), "viStatusDesc(0, 0xBFFF7777) -> VI_WARN_UNKNOWN_STATUS, "
+                            "description=\"Unknown status 0xBFFF7777.\"\n");
+}
+
+TEST(Calls, EachCallIsLoggedWithWhatTheClientGot)
+{
+    setPorts(2);
+    const ViSession session = openManager();
+    ViFindList list = VI_NULL;
+    support::VisaClient::Buffer buffer;
+    client().set(session, QV_ATTR_SEARCH_TIME, 1000);
+    find(session, "?*", &list);
+    client().next(list);
+    client().next(list);
+    client().parse(session, "ASRL3::INSTR");
+    client().parseInFull(session, "asrl3");
+    client().close(list);
+    client().close(list);
+    viFindRsrc(session, "?*", nullptr, nullptr, buffer.data());
+    viFindRsrc(0xFFFFFFFF, nullptr, nullptr, nullptr, nullptr);
+    viSetAttribute(0, 0xFFFFFFFF, static_cast<ViAttrState>(-1));
+    viOpenDefaultRM(nullptr);
+    const std::string manager = std::to_string(session);
+    const std::string matches = std::to_string(list);
+    EXPECT_EQ(
+        s_log,
+        (std::vector<std::string>{
+            "viOpenDefaultRM() -> VI_SUCCESS, session=" + manager + '\n',
+            "viSetAttribute(" + manager + ", 0x0E5A0001, 1000) -> VI_SUCCESS\n",
+            "viFindRsrc(" + manager + ", \"?*\") -> VI_SUCCESS, list=" + matches +
+                ", count=2, description=\"ASRL1::INSTR\"\n",
+            "viFindNext(" + matches + ") -> VI_SUCCESS, description=\"ASRL2::INSTR\"\n",
+            "viFindNext(" + matches + ") -> VI_ERROR_RSRC_NFOUND\n",
+            "viParseRsrc(" + manager + ", \"ASRL3::INSTR\") -> VI_SUCCESS, type=4, number=3\n",
+            "viParseRsrcEx(" + manager +
+                ", \"asrl3\") -> VI_SUCCESS, type=4, number=3, class=\"INSTR\", "
+                "name=\"ASRL3::INSTR\", alias=\"at ASRL3::INSTR\"\n",
+            "viClose(" + matches + ") -> VI_SUCCESS\n",
+            "viClose(" + matches + ") -> VI_ERROR_INV_OBJECT\n",
+            "viFindRsrc(" + manager + ", \"?*\") -> VI_SUCCESS, description=\"ASRL1::INSTR\"\n",
+            "viFindRsrc(4294967295, null) -> VI_ERROR_INV_OBJECT\n",
+            "viSetAttribute(0, 0xFFFFFFFF, 18446744073709551615) -> VI_ERROR_INV_OBJECT\n",
+            "viOpenDefaultRM() -> VI_ERROR_USER_BUF\n",
+        }));
 }
 
 TEST(Cancellation, TheDescriptorBecomesReadable)

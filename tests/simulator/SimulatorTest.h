@@ -17,18 +17,11 @@ class SimulatorTest : public testing::Test, public support::VisaClient
 {
 protected:
     SimulatorTest()
-        : VisaClient({call<decltype(&::viOpenDefaultRM)>("viOpenDefaultRM"),
-                      call<decltype(&::viFindRsrc)>("viFindRsrc"),
-                      call<decltype(&::viFindNext)>("viFindNext"),
-                      call<decltype(&::viParseRsrc)>("viParseRsrc"),
-                      call<decltype(&::viParseRsrcEx)>("viParseRsrcEx"),
-                      call<decltype(&::viOpen)>("viOpen"), call<decltype(&::viClose)>("viClose"),
-                      call<decltype(&::viSetAttribute)>("viSetAttribute"),
-                      call<decltype(&::viGetAttribute)>("viGetAttribute"),
-                      call<decltype(&::viStatusDesc)>("viStatusDesc"),
-                      call<decltype(&::viWrite)>("viWrite"), call<decltype(&::viRead)>("viRead"),
-                      call<decltype(&::viDisableEvent)>("viDisableEvent"),
-                      call<decltype(&::viDiscardEvents)>("viDiscardEvents")})
+        : VisaClient({symbol("viOpenDefaultRM"), symbol("viFindRsrc"), symbol("viFindNext"),
+                      symbol("viParseRsrc"), symbol("viParseRsrcEx"), symbol("viOpen"),
+                      symbol("viClose"), symbol("viSetAttribute"), symbol("viGetAttribute"),
+                      symbol("viStatusDesc"), symbol("viWrite"), symbol("viRead"),
+                      symbol("viDisableEvent"), symbol("viDiscardEvents")})
     {}
 
     /// No other thread reads the environment meanwhile.
@@ -48,14 +41,24 @@ protected:
     support::BenchFixture bench;
 
 private:
-    template <typename Function>
-    static Function call(const char* name)
+    /// The address of a function of any type.
+    struct Symbol
+    {
+        template <typename Function>
+        operator Function*() const // NOLINT(google-explicit-constructor,hicpp-explicit-conversions)
+        {
+            return reinterpret_cast<Function*>(address);
+        }
+        void* address;
+    };
+
+    static Symbol symbol(const char* name)
     {
         void* const library = ::dlopen(QVVISA_SIMULATOR_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-        void* const symbol = library != nullptr ? ::dlsym(library, name) : nullptr;
-        if (symbol == nullptr) {
+        void* const address = library != nullptr ? ::dlsym(library, name) : nullptr;
+        if (address == nullptr) {
             throw std::runtime_error(std::string("no ") + name + " in " QVVISA_SIMULATOR_LIBRARY);
         }
-        return reinterpret_cast<Function>(symbol);
+        return {address};
     }
 };

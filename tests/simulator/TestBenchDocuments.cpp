@@ -46,12 +46,6 @@ void expectNoMessage(const BenchFile& file)
     }
 }
 
-bool isAscii(const std::string& text)
-{
-    return text.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                  "[\\]^_`abcdefghijklmnopqrstuvwxyz{|}~") == std::string::npos;
-}
-
 } // namespace
 
 TEST(BenchDocuments, EveryExampleIsRead)
@@ -82,37 +76,20 @@ TEST(BenchDocuments, NamesEveryCallAndLimit)
               std::string::npos);
 }
 
-TEST(BenchDocuments, TheSampleIsReadWithoutMessages)
+TEST(BenchDocuments, TheSampleHasResourceStringsAndAnIdentificationForEach)
 {
     const BenchFile file = BenchFile::read(sourceFolder + "/simulator/sample-bench.txt");
     expectNoMessage(file);
-    int ports = 0;
-    std::set<std::string> identifications;
+    EXPECT_FALSE(file.bench().resources().empty());
+    std::set<std::string> identifications{BenchResource().identification};
     for (const BenchResource& resource : file.bench().resources()) {
-        const auto name = visa::parseResourceName(resource.description);
-        ASSERT_TRUE(name) << resource.description;
-        ports += name->interfaceType == VI_INTF_ASRL ? 1 : 0;
+        EXPECT_TRUE(visa::parseResourceName(resource.description)) << resource.description;
         EXPECT_TRUE(identifications.insert(resource.identification).second)
             << resource.identification;
-        EXPECT_NE(resource.identification, BenchResource().identification);
     }
-    EXPECT_EQ(ports, 3);
-    EXPECT_EQ(file.bench().resources().size(), 15U);
 }
 
-TEST(BenchDocuments, TheBuiltInBenchHasEachInterface)
+TEST(BenchDocuments, TheBuiltInBenchIsReadWithoutMessages)
 {
-    const BenchFile file = BenchFile::parse(simulator::builtinBench);
-    expectNoMessage(file);
-    std::vector<std::string> kinds;
-    for (const BenchResource& resource : file.bench().resources()) {
-        const auto name = visa::parseResourceName(resource.description);
-        ASSERT_TRUE(name) << resource.description;
-        EXPECT_TRUE(isAscii(resource.description + resource.identification));
-        kinds.push_back(resource.description.substr(0, 4) + name->resourceClass);
-    }
-    EXPECT_EQ(kinds, (std::vector<std::string>{"TCPIINSTR", "TCPIINSTR", "TCPISOCKET", "USB0INSTR",
-                                               "GPIBINSTR", "ASRLINSTR", "ASRLINSTR"}));
-    EXPECT_NE(simulator::builtinBench.find("hislip0"), std::string_view::npos);
-    EXPECT_NE(simulator::builtinBench.find("inst0"), std::string_view::npos);
+    expectNoMessage(BenchFile::parse(simulator::builtinBench));
 }

@@ -238,14 +238,11 @@ TEST(BenchFile, ReadsWhichCallsWaitForAFile)
 
 TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
 {
-    struct Case
-    {
-        std::string line;
-        std::string message;
-    };
+    const std::string interface = "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 "
+                                  "and a number from 0 to 65535, not ";
     const std::string escapes = "a \\ must be followed by \\, \" or x and two hexadecimal digits";
     const std::string zero = "a bench cannot contain a NUL byte";
-    const std::vector<Case> cases{
+    const std::vector<std::pair<std::string, std::string>> cases{
         {"scantime 5", "unknown setting \"scantime\""},
         {"Resource x", "unknown setting \"Resource\""},
         {"\"\" x", "unknown setting \"\""},
@@ -255,18 +252,10 @@ TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
         {"resource x IDN=y", "resource: unknown option \"IDN=y\""},
         {"resource x idn", "resource: unknown option \"idn\""},
         {"resource x no-end=1", "resource: unknown option \"no-end=1\""},
-        {"resource x interface=ASRL",
-         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
-         "65535, not \"ASRL\""},
-        {"resource x interface=SERIAL,1",
-         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
-         "65535, not \"SERIAL,1\""},
-        {"resource x interface=4,65536",
-         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
-         "65535, not \"4,65536\""},
-        {"resource x interface=4,1,2",
-         "resource: interface=TYPE,NUMBER takes a type such as ASRL or 4 and a number from 0 to "
-         "65535, not \"4,1,2\""},
+        {"resource x interface=ASRL", interface + "\"ASRL\""},
+        {"resource x interface=SERIAL,1", interface + "\"SERIAL,1\""},
+        {"resource x interface=4,65536", interface + "\"4,65536\""},
+        {"resource x interface=4,1,2", interface + "\"4,1,2\""},
         {"resource x repeat=0", "resource: repeat: \"0\" is not a number from 1 to 10000000"},
         {"resource x repeat=10000001",
          "resource: repeat: \"10000001\" is not a number from 1 to 10000000"},
@@ -315,13 +304,13 @@ TEST(BenchFile, SaysWhatIsWrongWithALineAndUsesTheRest)
         {"wait-for-file a at=1 call=viFindNext", "wait-for-file: unknown option "
                                                  "\"call=viFindNext\""},
     };
-    for (const Case& test : cases) {
-        const BenchFile file =
-            BenchFile::parse("resource before\n" + test.line + "\nresource after\n");
-        EXPECT_EQ(descriptions(file.bench()), (Texts{"before", "after"})) << test.line;
-        ASSERT_EQ(file.messages().size(), 1U) << test.line;
-        EXPECT_EQ(file.messages()[0].line, 2U) << test.line;
-        EXPECT_EQ(file.messages()[0].text, test.message) << test.line;
+    for (const auto& [line, message] : cases) {
+        SCOPED_TRACE(line);
+        const BenchFile file = BenchFile::parse("resource before\n" + line + "\nresource after\n");
+        EXPECT_EQ(descriptions(file.bench()), (Texts{"before", "after"}));
+        ASSERT_EQ(file.messages().size(), 1U);
+        EXPECT_EQ(file.messages()[0].line, 2U);
+        EXPECT_EQ(file.messages()[0].text, message);
     }
 }
 
