@@ -92,6 +92,9 @@ std::optional<TargetFile> TargetFile::resolve(const std::filesystem::path& path)
         const std::string name = names.front();
         names.pop_front();
         const bool isLast = names.empty();
+        if (name.empty() && !isLast) {
+            continue; // The end of a link's text that ends in a slash.
+        }
         if (name == "/") {
             target.m_folder = FileDescriptor::openFolder(AT_FDCWD, name);
             target.m_path = name;

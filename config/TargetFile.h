@@ -23,9 +23,8 @@ public:
     /// - it is not a regular file,
     /// - the links are a loop, or one of them lies in a folder like /tmp (sticky, writable for all)
     ///   and belongs to neither this user nor the folder's owner,
-    /// - the system's own resolution of the path leads to another file (a link below /proc/self/fd
-    /// to
-    ///   a deleted file).
+    /// - the system's own resolution of the path leads to another file (through a link below
+    ///   /proc/self/fd to a deleted file).
     static std::optional<TargetFile> open(const std::filesystem::path& path);
 
     /// Follows the path's symbolic links like open(), but opens nothing: the result has folder(),

@@ -118,6 +118,17 @@ TEST_F(FileUpdate, LinkStaysOneAndItsTargetIsReplaced)
     EXPECT_EQ(support::readFile(*backup), s_old);
 }
 
+TEST_F(FileUpdate, FolderLinkThatEndsInASlashIsFollowed)
+{
+    fs::create_symlink(m_folder.path().string() + "/", m_folder.path() / "absolute");
+    fs::create_symlink("absolute/", m_folder.path() / "relative");
+    updateFile(m_folder.path() / "relative" / "visa.conf", appendLine, std::nullopt);
+    EXPECT_EQ(support::readFile(path()), "old\nnew\n");
+    fs::create_symlink("visa.conf/", m_folder.path() / "not-a-folder");
+    EXPECT_THROW(updateFile(m_folder.path() / "not-a-folder", appendLine, std::nullopt),
+                 CommandError);
+}
+
 TEST_F(FileUpdate, BackupIsTheOldFileAndReplacesAnOlderOne)
 {
     support::writeFile(path().string() + ".old", "older\n");
