@@ -29,9 +29,17 @@ FileDescriptor FileDescriptor::openForReading(const std::string& path)
 {
     FileDescriptor file = openPatiently(AT_FDCWD, path, O_RDONLY | O_CLOEXEC);
     struct stat status = {};
-    if (file.isOpen() && (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-                          status.st_size > maxFileSize)) {
+    int error = 0;
+    if (file.isOpen() && ::fstat(file.get(), &status) != 0) {
+        error = errno;
+    } else if (file.isOpen() && !S_ISREG(status.st_mode)) {
+        error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    } else if (status.st_size > maxFileSize) {
+        error = EFBIG;
+    }
+    if (error != 0) {
         file.close();
+        errno = error;
     }
     return file;
 }

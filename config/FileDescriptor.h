@@ -39,7 +39,7 @@ public:
 
     /// Opens a regular file of at most maxFileSize bytes for reading, as openPatiently() does.
     /// Anything else (a folder, a device, a pipe, which might block or never end) gives a
-    /// descriptor that is not open, like a file that cannot be read.
+    /// descriptor that is not open, with errno set, like a file that cannot be read.
     static FileDescriptor openForReading(const std::string& path);
 
     /// openat() with O_NONBLOCK. While another process holds a lease on the file (file servers do),

@@ -7,12 +7,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace QvVisa {
 
 std::optional<std::string> readWholeFile(int descriptor)
 {
     struct stat status = {};
     if (::fstat(descriptor, &status) != 0) {
+        return std::nullopt;
+    }
+    if (status.st_size > maxFileSize) {
+        errno = EFBIG;
         return std::nullopt;
     }
     // One byte more than the file has, so that its end is seen in the second read.
@@ -35,6 +41,10 @@ std::optional<std::string> readWholeFile(int descriptor)
             return text;
         }
         length += static_cast<std::size_t>(count);
+        if (length > static_cast<std::size_t>(maxFileSize)) {
+            errno = EFBIG;
+            return std::nullopt;
+        }
     }
 }
 

@@ -6,8 +6,8 @@
 
 namespace QvVisa {
 
-/// All bytes of an open file, which may grow meanwhile. Nothing, with errno set, when a read fails.
-/// Does not move the file offset.
+/// All bytes of an open file, which may grow meanwhile. Nothing, with errno set, when a read fails
+/// or the file is larger than maxFileSize. Does not move the file offset.
 std::optional<std::string> readWholeFile(int descriptor);
 
 } // namespace QvVisa

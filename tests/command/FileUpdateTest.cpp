@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "command/FileUpdate.h"
 
+#include "command/ConfigurationText.h"
 #include "command/ExitCode.h"
 #include "tests/support/Files.h"
 #include "tests/support/Mounts.h"
@@ -15,6 +16,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <ctime>
 #include <filesystem>
 #include <iterator>
@@ -197,6 +199,18 @@ TEST_F(FileUpdate, WhatCannotBeReadIsNoFile)
     EXPECT_EQ(exitCodeOf(appendLine), ExitCode::NoFile);
     fs::create_directory(path());
     EXPECT_EQ(exitCodeOf(appendLine), ExitCode::NoFile);
+}
+
+TEST_F(FileUpdate, FileOfMoreThanOneGibibyteIsNoFile)
+{
+    fs::resize_file(path(), (std::uintmax_t{1} << 30U) + 1); // Mostly a hole: it takes no room.
+    EXPECT_EQ(exitCodeOf(appendLine), ExitCode::NoFile);
+    try {
+        QvVisa::readWholeFile(path());
+        FAIL();
+    } catch (const CommandError& error) {
+        EXPECT_EQ(error.what(), path().string() + ": File too large");
+    }
 }
 
 TEST_F(FileUpdate, ChangesByOthersBetweenReadingAndWritingAreNotLost)
