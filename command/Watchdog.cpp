@@ -3,15 +3,21 @@
 
 #include <unistd.h>
 
+#include <system_error>
 #include <utility>
 
 namespace QvVisa {
 
 Watchdog::Watchdog(std::chrono::milliseconds limit, std::string message, ExitCode code)
     : m_message("qvvisa: error: " + std::move(message) + '\n'),
-      m_code(code),
-      m_thread([this, limit] { wait(limit); })
-{}
+      m_code(code)
+{
+    try {
+        m_thread = std::thread([this, limit] { wait(limit); });
+    } catch (const std::system_error&) {
+        // The process may start no thread: the calls are made all the same.
+    }
+}
 
 Watchdog::~Watchdog()
 {
@@ -20,7 +26,9 @@ Watchdog::~Watchdog()
         m_isDone = true;
     }
     m_done.notify_all();
-    m_thread.join();
+    if (m_thread.joinable()) {
+        m_thread.join();
+    }
 }
 
 void Watchdog::wait(std::chrono::milliseconds limit)

@@ -13,7 +13,7 @@ namespace QvVisa {
 
 /// Ends the process if the object lives longer than a limit: for system calls that may never
 /// return, such as those on a network file system whose server is gone. It has a thread of its own
-/// while it lives.
+/// while it lives; where none can be started, it does nothing.
 class Watchdog
 {
 public:
