@@ -4,12 +4,16 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
 #include <string>
 #include <vector>
 
 int main(int count, char** arguments)
 {
+    // Beyond the limit on file sizes a write fails instead of ending the program. SIGPIPE ends it
+    // without a message when nobody reads its output any more.
+    std::signal(SIGXFSZ, SIG_IGN);
     std::ios::sync_with_stdio(false);
     const QvVisa::Streams streams{std::cin,
                                   std::cout,

@@ -14,6 +14,7 @@ A case is a folder with these files; only argv is required:
   stderr    standard error; empty without it
   exit      the exit status; 0 without it
   env       NAME=VALUE lines; a line NAME= unsets the variable
+  limit     the process's limit on file sizes, in bytes; none without it
   files/    further files of the working folder
   after/    files that the working folder must have after the run, with these contents
 
@@ -24,6 +25,7 @@ folder must be as before, and none may be added.
 
 import os
 import pathlib
+import resource
 import shutil
 import subprocess
 import sys
@@ -77,12 +79,14 @@ class Case(unittest.TestCase):
                 if value:
                     environment[variable] = value
             arguments = content(case / "argv").split(b"\n")[:-1]
+            limit = int(content(case / "limit", str(resource.RLIM_INFINITY)))
             result = subprocess.run(
                 [os.fsencode(PROGRAM), *arguments],
                 cwd=folder,
                 env=environment,
                 input=content(case / "stdin"),
                 capture_output=True,
+                preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)),
                 timeout=60,
                 check=False,
             )
