@@ -44,7 +44,7 @@ std::string suggestAlias(const Entries& entries, std::string_view name)
     for (const auto& [known, alias] : entries.aliases) {
         const std::size_t difference =
             known.size() > upper.size() ? known.size() - upper.size() : upper.size() - known.size();
-        if (difference >= best) {
+        if (difference > best) {
             continue;
         }
         const std::size_t distance = editDistance(known, upper);
