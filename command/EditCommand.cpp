@@ -10,7 +10,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 namespace QvVisa {
@@ -37,6 +39,21 @@ FinishedEdit finishEdit(const Document& document, const std::string& name,
                         latin1ToUtf8(diff.substr(hunks));
     }
     return finished;
+}
+
+/// The diff as people see it: control characters are made visible, but for those that patch needs,
+/// tabs and the carriage returns of line endings.
+std::string printableDiff(std::string_view diff)
+{
+    std::string text;
+    while (!diff.empty()) {
+        const std::size_t end = std::min(diff.find_first_of("\t\n"), diff.size());
+        const bool isCrLf = end > 0 && end < diff.size() && diff.substr(end - 1, 2) == "\r\n";
+        text += printable(diff.substr(0, end - (isCrLf ? 1 : 0)));
+        text.append(isCrLf ? "\r" : "").append(diff.substr(end, 1));
+        diff.remove_prefix(std::min(end + 1, diff.size()));
+    }
+    return text;
 }
 
 void printJson(Output& output, const std::string& name, const FinishedEdit& finished,
@@ -81,7 +98,7 @@ void printResult(Output& output, const std::string& name, const FinishedEdit& fi
         }
         output.progress(printable(line + ": " + entryText(entry)));
     }
-    output.diff(finished.diff);
+    output.diff(printableDiff(finished.diff));
 }
 
 ExitCode editStandardInput(CommandContext& context, const EditOptions& options, const Edit& edit)
