@@ -22,7 +22,7 @@ expect() {
 # tree [FILE LINE]: a sound tree without a .git, with one line added.
 tree() {
     rm -rf "$scratch/tree"
-    mkdir -p "$scratch"/tree/{config,model,gui}
+    mkdir -p "$scratch"/tree/{config,document,model,gui}
     cd "$scratch/tree"
     printf '// SPDX-License-Identifier: MIT\n#include <string>\n' | tee config/A.h >model/A.h
     printf '// SPDX-License-Identifier: MIT\n#include "model/A.h"\n' >gui/A.h
@@ -36,6 +36,8 @@ tree config/A.h '#  include "model/A.h"'
 expect 1 'config/A.h:3: config may not include model/A.h' check-layers
 tree config/A.h '#include <QString>'
 expect 1 'config/A.h:3: config is Qt-free but includes QString' check-layers
+tree document/A.h '#include "lint/A.h"'
+expect 1 'document/A.h:1: document may not include lint/A.h' check-layers
 tree model/A.h '#include <QtWidgets/QDialog>'
 expect 1 'model/A.h:3: model uses Qt Core only' check-layers
 tree script '#!/bin/sh'
