@@ -58,15 +58,13 @@ void createFile(const std::string& path, const std::string& text)
         !std::filesystem::create_directories(folder, error) && error) {
         fail(folder.string(), error.value() == EEXIST ? ENOTDIR : error.value());
     }
-    FileDescriptor file(uninterrupted(
+    const FileDescriptor file(uninterrupted(
         [&path] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); }));
     if (!file.isOpen()) {
         fail(path, errno);
     }
-    const ssize_t count =
-        uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
-    if (count != static_cast<ssize_t>(text.size()) || ::fsync(file.get()) != 0) {
-        const int reason = count < 0 || count == static_cast<ssize_t>(text.size()) ? errno : ENOSPC;
+    if (!writeFully(file.get(), text) || !flushToDisk(file.get())) {
+        const int reason = errno;
         ::unlink(path.c_str());
         fail(path, reason);
     }
