@@ -5,6 +5,7 @@
 #include "visa/ResourceName.h"
 #include "visa/StatusNames.h"
 #include "visa/Text.h"
+
 #include <cstdio>
 #include <utility>
 

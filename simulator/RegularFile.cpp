@@ -56,7 +56,8 @@ std::string problemOfOpening(const std::string& path, int flags, std::size_t mor
     if (!S_ISREG(status.st_mode)) {
         return notRegular;
     }
-    return static_cast<std::size_t>(status.st_size) > largestFile - more ? tooLarge : "";
+    const auto size = static_cast<std::size_t>(status.st_size);
+    return more > largestFile || size > largestFile - more ? tooLarge : "";
 }
 
 } // namespace
