@@ -225,10 +225,12 @@ void Probe::waitForNews() const
 {
     std::array<pollfd, 2> pipes{pollfd{m_report.readEnd(), POLLIN, 0},
                                 pollfd{m_output.readEnd(), POLLIN, 0}};
+    // Never negative, which would mean to wait without end: this process may have been stopped.
     const auto left =
         std::chrono::duration_cast<std::chrono::milliseconds>(m_deadline - Clock::now()) +
         std::chrono::milliseconds(1);
-    ::poll(pipes.data(), pipes.size(), static_cast<int>(std::min(left, s_turn).count()));
+    const auto time = std::clamp(left, std::chrono::milliseconds(0), s_turn);
+    ::poll(pipes.data(), pipes.size(), static_cast<int>(time.count()));
 }
 
 void Probe::kill() const
