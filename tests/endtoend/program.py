@@ -96,11 +96,6 @@ class Program:
         wait_for(lambda: "viClose(1) -> VI_SUCCESS\n" in self.calls(),
                  "the search for instruments to end")
 
-    def wait_searching(self):
-        """Waits until the search of the start-up has begun: its next call is the search."""
-        wait_for(lambda: self._calls.read_text().count("viSetAttribute(") == 2,
-                 "the search for instruments to begin")
-
     def wait_ended(self):
         """Waits until the program has ended by itself, with exit code 0 and without output."""
         wait_for(lambda: self._process.poll() is not None, "the program to end")

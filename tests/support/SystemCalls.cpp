@@ -1,17 +1,23 @@
 // SPDX-License-Identifier: MIT
+// The fortified <unistd.h> has definitions of read() and others.
+#undef _FORTIFY_SOURCE
+
 #include "tests/support/SystemCalls.h"
 
-// Without <unistd.h>: where it is fortified it defines read().
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/types.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
+#include <cstdio>
 #include <ctime>
 #include <set>
 #include <utility>
@@ -123,9 +129,6 @@ mode_t modeArgument(std::va_list arguments)
 
 namespace support {
 
-SystemCalls::SystemCalls() : SystemCalls(Handler())
-{}
-
 SystemCalls::SystemCalls(Handler handler)
 {
     state() = {true, std::move(handler), {}};
@@ -149,11 +152,8 @@ int SystemCalls::count(const std::string& name) const
 SystemCalls::Handler SystemCalls::failing(int number, int error, bool isForGood)
 {
     return [=](const SystemCall& call) {
-        CallAnswer answer;
-        if (call.number == number || (isForGood && call.number > number)) {
-            answer.error = error;
-        }
-        return answer;
+        const bool isFailing = call.number == number || (isForGood && call.number > number);
+        return CallAnswer{isFailing ? error : 0};
     };
 }
 
@@ -185,10 +185,8 @@ SystemCalls::Handler SystemCalls::interrupting()
         static const std::set<std::string> interruptible = {
             "open",   "openat", "read",      "pread",  "write",
             "pwrite", "fsync",  "ftruncate", "fchmod", "fchown"};
-        CallAnswer answer;
         wasInterrupted = !wasInterrupted && interruptible.count(call.name) != 0;
-        answer.error = wasInterrupted ? EINTR : 0;
-        return answer;
+        return CallAnswer{wasInterrupted ? EINTR : 0};
     };
 }
 
@@ -202,44 +200,19 @@ SystemCalls::Handler SystemCalls::answeringReads(std::function<CallAnswer(int nu
 SystemCalls::Handler SystemCalls::readingOnly(std::size_t bytes)
 {
     return answeringReads([bytes](int number) {
-        CallAnswer answer;
-        answer.error = number == 1 && bytes > 0 ? 0 : EIO;
-        answer.mostBytes = bytes;
-        return answer;
+        return CallAnswer{number == 1 && bytes > 0 ? 0 : EIO, bytes};
     });
 }
 
 SystemCalls::Handler SystemCalls::shortening()
 {
-    return [](const SystemCall& call) {
-        CallAnswer answer;
-        answer.mostBytes = half(call.size);
-        return answer;
-    };
+    return [](const SystemCall& call) { return CallAnswer{0, half(call.size)}; };
 }
 
 } // namespace support
 
 #pragma GCC visibility push(default)
 extern "C" {
-
-// Some standard libraries include <unistd.h> nevertheless.
-// NOLINTBEGIN(readability-redundant-declaration)
-int close(int file);
-ssize_t read(int file, void* bytes, std::size_t size);
-ssize_t pread(int file, void* bytes, std::size_t size, off_t offset);
-ssize_t write(int file, const void* bytes, std::size_t size);
-ssize_t pwrite(int file, const void* bytes, std::size_t size, off_t offset);
-int fsync(int file);
-int ftruncate(int file, off_t size) noexcept(s_isNoexcept);
-int fchown(int file, uid_t user, gid_t group) noexcept(s_isNoexcept);
-int linkat(int fromFolder, const char* from, int toFolder, const char* to,
-           int flags) noexcept(s_isNoexcept);
-int unlinkat(int folder, const char* name, int flags) noexcept(s_isNoexcept);
-int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept(s_isNoexcept);
-ssize_t readlinkat(int folder, const char* path, char* text,
-                   std::size_t size) noexcept(s_isNoexcept);
-// NOLINTEND(readability-redundant-declaration)
 
 int open(const char* path, int flags, ...)
 {
@@ -380,12 +353,6 @@ int nanosleep(const struct timespec* time, struct timespec* remaining)
 }
 
 #ifdef __linux__
-ssize_t flistxattr(int file, char* names, std::size_t size) noexcept(s_isNoexcept);
-ssize_t fgetxattr(int file, const char* name, void* value, std::size_t size) noexcept(s_isNoexcept);
-int fsetxattr(int file, const char* name, const void* value, std::size_t size,
-              int flags) noexcept(s_isNoexcept);
-int fremovexattr(int file, const char* name) noexcept(s_isNoexcept);
-
 ssize_t flistxattr(int file, char* names, std::size_t size) noexcept(s_isNoexcept)
 {
     return forward<decltype(::flistxattr)>("flistxattr", file, names, size);

@@ -35,10 +35,9 @@ class SystemCalls
 public:
     using Handler = std::function<CallAnswer(const SystemCall& call)>;
 
-    /// Only notes the calls.
-    SystemCalls();
-    /// Asks the handler about each call. Calls that the handler makes are passed through.
-    explicit SystemCalls(Handler handler);
+    /// Asks the handler about each call; without one, only notes the calls. Calls that the handler
+    /// makes are passed through.
+    explicit SystemCalls(Handler handler = {});
     ~SystemCalls();
     SystemCalls(const SystemCalls&) = delete;
     SystemCalls& operator=(const SystemCalls&) = delete;

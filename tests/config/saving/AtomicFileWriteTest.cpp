@@ -196,11 +196,6 @@ struct RightsCase
     bool isReplaced;
 };
 
-void PrintTo(const RightsCase& row, std::ostream* out)
-{
-    *out << row.name;
-}
-
 class AtomicFileWriteRights : public SavingTest, public testing::WithParamInterface<RightsCase>
 {};
 
@@ -239,7 +234,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RightsCase{"AnUnreadableFolder", 0311, 0600, false, true, true},
                     RightsCase{"AnUnreadableFile", 0755, 0222, false, true, true},
                     RightsCase{"AnUnreadableLinkedFile", 0755, 0222, true, false, false}),
-    testing::PrintToStringParamName());
+    [](const auto& row) { return row.param.name; });
 
 TEST_F(AtomicFileWrite, OverwritesAnothersFileInASharedFolder)
 {

@@ -30,6 +30,17 @@ SavingTest::Names SavingTest::names() const
     return found;
 }
 
+std::vector<std::string> SavingTest::temporaryFiles(const fs::path& folder)
+{
+    std::vector<std::string> contents;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        if (entry.path().filename().string().rfind(".qvvisa-", 0) == 0) {
+            contents.push_back(support::readFile(entry));
+        }
+    }
+    return contents;
+}
+
 bool SavingTest::save() const
 {
     return QvVisa::writeFileAtomically(file(), s_new);

@@ -31,6 +31,9 @@ protected:
     /// All names in the folder.
     Names names() const;
 
+    /// The contents of all temporary files in a folder.
+    static std::vector<std::string> temporaryFiles(const std::filesystem::path& folder);
+
     /// Writes s_new to the file, as this user or as the ordinary user with these groups too.
     bool save() const;
     bool saveAsOrdinaryUser(const std::vector<gid_t>& groups = {}) const;
