@@ -9,11 +9,10 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QDir>
-#include <QFormLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QLocale>
@@ -24,16 +23,15 @@
 #include <QRegularExpression>
 #include <QRegularExpressionValidator>
 #include <QSize>
-#include <QStyle>
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTabWidget>
 #include <QToolBar>
 #include <QToolButton>
 #include <QTreeWidget>
-#include <QVBoxLayout>
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -46,6 +44,17 @@ QString quoted(QString text)
     text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
     text.replace(QLatin1Char('\n'), QLatin1String("\\n"));
     return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+/// The texts of 0 to count - 1, separated by blanks.
+template <typename Text>
+QString joined(int count, Text text)
+{
+    QStringList texts;
+    for (int index = 0; index < count; ++index) {
+        texts.append(text(index));
+    }
+    return texts.join(QLatin1Char(' '));
 }
 
 /// The name of the compiled-in file that the icon shows, without its suffix.
@@ -94,6 +103,16 @@ QString valueText(const QMetaProperty& property, const QVariant& value)
     }
 }
 
+using PlainObjects = std::map<const QMetaObject*, std::unique_ptr<QObject>>;
+
+template <typename... Types>
+PlainObjects newObjects()
+{
+    PlainObjects objects;
+    ((objects[&Types::staticMetaObject] = std::make_unique<Types>()), ...);
+    return objects;
+}
+
 class Printer
 {
 public:
@@ -110,26 +129,17 @@ private:
     QString properties(const QObject& object) const;
     QString tabPosition(const QWidget& widget) const;
 
-    void addActions(const QWidget& window);
     void addLayout(int depth, const QLayout& layout);
     void addWidget(int depth, const QWidget& widget);
     void addPages(int depth, const QTabWidget& tabs);
     void addContents(int depth, const QWidget& widget);
 
     QStringList m_lines;
-    /// New objects to compare with.
-    std::vector<std::unique_ptr<QObject>> m_plain;
+    /// New objects to compare with, by class.
+    PlainObjects m_plain;
     /// The widgets that the Tab key visits, in order.
     std::vector<const QWidget*> m_tabOrder;
 };
-
-template <typename... Types>
-std::vector<std::unique_ptr<QObject>> newObjects()
-{
-    std::vector<std::unique_ptr<QObject>> objects;
-    (objects.push_back(std::make_unique<Types>()), ...);
-    return objects;
-}
 
 Printer::Printer(const QWidget& window)
     : m_plain(newObjects<QAction, QCheckBox, QComboBox, QDialog, QDialogButtonBox, QGroupBox,
@@ -139,9 +149,11 @@ Printer::Printer(const QWidget& window)
     for (const QWidget* widget = window.nextInFocusChain(); widget != &window;
          widget = widget->nextInFocusChain()) {
         const QString name = widget->objectName();
-        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && !name.isEmpty() &&
-            !name.startsWith(QLatin1String("qt_")) &&
-            qobject_cast<const QTabBar*>(widget->parent()) == nullptr) {
+        const bool isOfAForm = !name.isEmpty() && !name.startsWith(QLatin1String("qt_")) &&
+                               qobject_cast<const QTabBar*>(widget->parent()) == nullptr;
+        const bool isOkOrCancel =
+            qobject_cast<const QDialogButtonBox*>(widget->parent()) != nullptr;
+        if ((widget->focusPolicy() & Qt::TabFocus) != 0 && (isOfAForm || isOkOrCancel)) {
             m_tabOrder.push_back(widget);
         }
     }
@@ -154,21 +166,20 @@ Printer::Printer(const QWidget& window)
                 QLatin1String("slot ") + QString::fromLatin1(meta.method(index).methodSignature()));
         }
     }
-    addActions(window);
+    for (const QAction* action :
+         window.findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
+        add(1, describe(*action));
+    }
     addContents(1, window);
 }
 
 QString Printer::properties(const QObject& object) const
 {
     const QMetaObject* meta = object.metaObject();
-    const QObject* plain = nullptr;
-    while (plain == nullptr) {
-        for (const auto& candidate : m_plain) {
-            if (candidate->metaObject() == meta) {
-                plain = candidate.get();
-            }
-        }
-        meta = plain == nullptr ? meta->superClass() : meta;
+    auto plain = m_plain.find(meta);
+    while (plain == m_plain.end()) {
+        meta = meta->superClass();
+        plain = m_plain.find(meta);
     }
     // What a window or a text implies, or what differs from one desktop to the next.
     static const QStringList s_implied{
@@ -188,7 +199,7 @@ QString Printer::properties(const QObject& object) const
             continue;
         }
         const QString value = valueText(property, property.read(&object));
-        if (!value.isEmpty() && value != valueText(property, property.read(plain))) {
+        if (!value.isEmpty() && value != valueText(property, property.read(plain->second.get()))) {
             text += QLatin1Char(' ') + name + QLatin1Char('=') + value;
         }
     }
@@ -223,81 +234,41 @@ QString Printer::describe(const QObject& object) const
             dynamic_cast<const QRegularExpressionValidator&>(*edit->validator());
         line += QLatin1String(" validator=") + validator.regularExpression().pattern();
     } else if (const auto* bar = qobject_cast<const QToolBar*>(&object); bar != nullptr) {
-        const auto* window = qobject_cast<const QMainWindow*>(bar->parent());
-        const bool isAtTop = window != nullptr &&
-                             window->toolBarArea(const_cast<QToolBar*>(bar)) == Qt::TopToolBarArea;
-        line += isAtTop ? QLatin1String(" at the top") : QLatin1String(" not at the top");
-        line += QLatin1String(" actions=");
-        for (const QAction* action : bar->actions()) {
-            line += (action->isSeparator() ? QStringLiteral("|") : action->objectName()) +
-                    QLatin1Char(' ');
-        }
+        const auto& window = dynamic_cast<const QMainWindow&>(*bar->parent());
+        line += window.toolBarArea(const_cast<QToolBar*>(bar)) == Qt::TopToolBarArea
+                    ? QLatin1String(" at the top actions=")
+                    : QLatin1String(" not at the top actions=");
+        line += joined(bar->actions().size(), [bar](int index) {
+            const QAction& action = *bar->actions().at(index);
+            return action.isSeparator() ? QStringLiteral("|") : action.objectName();
+        });
     } else if (const auto* box = qobject_cast<const QDialogButtonBox*>(&object); box != nullptr) {
         for (const auto standard : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
-            if (const QPushButton* button = box->button(standard); button != nullptr) {
-                line += QLatin1Char(' ') + quoted(button->text().remove(QLatin1Char('&'))) +
-                        (button->isDefault() ? QLatin1String("(default)") : QLatin1String());
-            }
+            const QPushButton& button = *box->button(standard);
+            line += QLatin1Char(' ') + quoted(button.text().remove(QLatin1Char('&'))) +
+                    tabPosition(button) + QLatin1String(button.isDefault() ? " default" : "");
         }
     } else if (const auto* combo = qobject_cast<const QComboBox*>(&object); combo != nullptr) {
-        line += QLatin1String(" items=");
-        for (int index = 0; index < combo->count(); ++index) {
-            const QVariant data = combo->itemData(index);
-            line += QLatin1String(index == 0 ? "" : " ") + quoted(combo->itemText(index)) +
-                    (data.isValid() ? QLatin1Char('(') + data.toString() + QLatin1Char(')')
-                                    : QString());
-        }
+        line +=
+            QLatin1String(" items=") + joined(combo->count(), [combo](int index) {
+                const QString data = combo->itemData(index).toString();
+                return quoted(combo->itemText(index)) +
+                       (data.isEmpty() ? QString() : QLatin1Char('(') + data + QLatin1Char(')'));
+            });
     } else if (const auto* view = qobject_cast<const QAbstractItemView*>(&object);
                view != nullptr && qobject_cast<const QListWidget*>(view) == nullptr) {
-        line += QLatin1String(" columns=");
-        for (int column = 0; column < view->model()->columnCount(); ++column) {
-            line += QLatin1String(column == 0 ? "" : " ") +
-                    quoted(view->model()->headerData(column, Qt::Horizontal).toString());
-        }
+        const QAbstractItemModel& model = *view->model();
+        line += QLatin1String(" columns=") + joined(model.columnCount(), [&model](int column) {
+                    return quoted(model.headerData(column, Qt::Horizontal).toString());
+                });
     }
     return line.trimmed();
 }
 
-void Printer::addActions(const QWidget& window)
-{
-    for (const QAction* action :
-         window.findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
-        add(1, describe(*action));
-    }
-}
-
 void Printer::addLayout(int depth, const QLayout& layout)
 {
-    QString line = QString::fromLatin1(layout.metaObject()->className()) + QLatin1Char(' ') +
-                   layout.objectName();
-    const QWidget& parent = *layout.parentWidget();
-    const auto styled = [&](QStyle::PixelMetric metric) {
-        const bool isNested = parent.layout() != &layout;
-        return isNested ? 0 : parent.style()->pixelMetric(metric, nullptr, &parent);
-    };
-    const QMargins margins = layout.contentsMargins();
-    const auto addMargin = [&](const char* name, int margin, QStyle::PixelMetric metric) {
-        if (margin != styled(metric)) {
-            line += QStringLiteral(" %1=%2").arg(QLatin1String(name)).arg(margin);
-        }
-    };
-    addMargin("leftMargin", margins.left(), QStyle::PM_LayoutLeftMargin);
-    addMargin("topMargin", margins.top(), QStyle::PM_LayoutTopMargin);
-    addMargin("rightMargin", margins.right(), QStyle::PM_LayoutRightMargin);
-    addMargin("bottomMargin", margins.bottom(), QStyle::PM_LayoutBottomMargin);
-    if (const auto* box = qobject_cast<const QBoxLayout*>(&layout); box != nullptr) {
-        for (int index = 0; index < box->count(); ++index) {
-            if (box->stretch(index) != 0) {
-                line += QStringLiteral(" stretch(%1)=%2").arg(index).arg(box->stretch(index));
-            }
-        }
-    } else if (const auto* form = qobject_cast<const QFormLayout*>(&layout); form != nullptr) {
-        line += QStringLiteral(" verticalSpacing=%1").arg(form->verticalSpacing());
-        line += form->fieldGrowthPolicy() == QFormLayout::AllNonFixedFieldsGrow
-                    ? QLatin1String(" fields grow")
-                    : QLatin1String(" fields do not grow");
-    }
-    add(depth, line);
+    add(depth, QString::fromLatin1(layout.metaObject()->className()) + QLatin1Char(' ') +
+                   layout.objectName());
     for (int index = 0; index < layout.count(); ++index) {
         QLayoutItem& item = *layout.itemAt(index);
         if (item.layout() != nullptr) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The contexts that a translator of the windows finds.
+// The texts that a translator of the windows finds, and their contexts.
 #include "gui/MainWindow.h"
 #include "gui/PropertyDialog.h"
 #include "gui/ResourceDialog.h"
@@ -10,29 +10,33 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
 #include <QMessageBox>
 #include <QSet>
 #include <QTableView>
+#include <QTabWidget>
 #include <QTranslator>
+#include <QTreeWidget>
 
 namespace {
 
-/// Translates nothing and notes for which contexts it was asked, apart from Qt's own.
-class LoggingTranslator : public QTranslator
+/// Puts a mark before every text but Qt's own, and records the contexts.
+class MarkingTranslator : public QTranslator
 {
 public:
-    LoggingTranslator() { QCoreApplication::installTranslator(this); }
+    MarkingTranslator() { QCoreApplication::installTranslator(this); }
 
     // Without it Qt would not ask.
     bool isEmpty() const override { return false; }
 
-    QString translate(const char* context, const char*, const char*, int) const override
+    QString translate(const char* context, const char* source, const char*, int) const override
     {
-        const QString name = QString::fromLatin1(context);
-        if (!(name.size() > 1 && name[0] == QLatin1Char('Q') && name[1].isUpper())) {
-            m_contexts.insert(name);
+        if (context[0] == 'Q' && QChar::fromLatin1(context[1]).isUpper()) {
+            return {};
         }
-        return {};
+        m_contexts.insert(QString::fromLatin1(context));
+        return QLatin1Char('~') + QString::fromUtf8(source);
     }
 
     QStringList contexts() const
@@ -53,11 +57,10 @@ class TestTranslation : public guitest::WindowTest
     Q_OBJECT
 
 private slots:
-    void onlyFormsAreContexts()
+    void textsAreTranslatedInTheContextsOfTheForms()
     {
-        const LoggingTranslator translator;
         configuration().write("A=ASRL1::INSTR\n");
-        bench().write("resource ASRL1::INSTR\n");
+        const MarkingTranslator translator;
         {
             gui::MainWindow window(nullptr);
             window.show();
@@ -72,13 +75,8 @@ private slots:
             QVERIFY(answer.wasShown());
         }
         gui::ResourceDialog find(nullptr);
-        find.show();
         find.refreshList();
         gui::RsrcStringEditor composer(nullptr);
-        auto& interfaces = support::child<QComboBox>(composer, "IfcComboBox");
-        for (int type = 0; type < interfaces.count(); ++type) {
-            interfaces.setCurrentIndex(type);
-        }
         ConfigurationModel model(nullptr);
         gui::PropertyDialog properties(model, nullptr);
         properties.addDevice();
@@ -86,6 +84,24 @@ private slots:
             translator.contexts(),
             QStringList({QStringLiteral("MainWindow"), QStringLiteral("PropertyDialog"),
                          QStringLiteral("ResourceDialog"), QStringLiteral("RsrcStringEditor")}));
+
+        const auto& tabs = support::child<QTabWidget>(properties, "tabWidget");
+        const auto& tree = support::child<QTreeWidget>(properties, "PropertyTree");
+        QStringList texts{properties.windowTitle(),
+                          tabs.tabText(0),
+                          tabs.tabText(1),
+                          support::child<QComboBox>(properties, "comboBoxQvStopbits").itemText(1),
+                          tree.headerItem()->text(0),
+                          tree.topLevelItem(0)->text(0)};
+        for (const QLabel* label : properties.findChildren<QLabel*>()) {
+            texts.append(label->text());
+        }
+        for (const QGroupBox* box : properties.findChildren<QGroupBox*>()) {
+            texts.append(box->title());
+        }
+        for (const QString& text : texts) {
+            QVERIFY2(text.startsWith(QLatin1Char('~')), qPrintable(text));
+        }
     }
 };
 

@@ -33,33 +33,7 @@ private slots:
         WindowSettings(s_group).restore(window);
         QCOMPARE(window.geometry(), guitest::centred(size));
         QVERIFY(!window.isVisible());
-        QVERIFY(!window.isMaximized());
         QVERIFY(!stored("size").isValid());
-    }
-
-    void saveWritesTheseKeysInEachGroup()
-    {
-        const auto window = newWindow();
-        window->move(5, 6);
-        const QTabWidget tabs;
-        WindowSettings(QStringLiteral("One")).save(*window);
-        WindowSettings(QStringLiteral("Two"), WindowSettings::Maximised::NotKept).save(*window);
-        WindowSettings(QStringLiteral("Three")).save(*window, &tabs);
-        WindowSettings(QStringLiteral("One")).save(*window);
-        QCOMPARE(settingsFile(), QStringLiteral("[One]\n"
-                                                "fullscreen=false\n"
-                                                "pos=@Point(5 6)\n"
-                                                "size=@Size(320 210)\n"
-                                                "\n"
-                                                "[Three]\n"
-                                                "fullscreen=false\n"
-                                                "pos=@Point(5 6)\n"
-                                                "size=@Size(320 210)\n"
-                                                "tabindex=-1\n"
-                                                "\n"
-                                                "[Two]\n"
-                                                "pos=@Point(5 6)\n"
-                                                "size=@Size(320 210)\n"));
     }
 
     void eachKeyIsAppliedAlone()
@@ -76,9 +50,7 @@ private slots:
     void sizeAndPositionAreNotClamped_data()
     {
         columns<QSize, QPoint>("size", "position");
-        QTest::newRow("on the screen") << QSize(345, 234) << QPoint(56, 78);
-        QTest::newRow("left of the screen") << QSize(320, 210) << QPoint(-5000, 10);
-        QTest::newRow("above the screen") << QSize(320, 210) << QPoint(10, -5000);
+        QTest::newRow("left of and above the screen") << QSize(320, 210) << QPoint(-5000, -5000);
         QTest::newRow("far right and below") << QSize(320, 210) << QPoint(40000, 50000);
         QTest::newRow("larger than the screen") << QSize(5000, 4000) << QPoint(0, 0);
         QTest::newRow("one pixel") << QSize(1, 1) << QPoint(10, 10);
@@ -98,7 +70,17 @@ private slots:
         QVERIFY(!window->isVisible());
     }
 
-    void valuesOfOtherTypesAreConverted_data() { guitest::addValuesOfOtherTypes(); }
+    void valuesOfOtherTypesAreConverted_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        QTest::newRow("text") << QVariant(QStringLiteral("wide"));
+        QTest::newRow("number") << QVariant(5);
+        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")});
+        QTest::newRow("bytes") << QVariant(QByteArray("\0\xFF", 2));
+        QTest::newRow("broken size") << QVariant(QStringLiteral("@Size(1)"));
+        QTest::newRow("invalid") << QVariant(QStringLiteral("@Invalid()"));
+    }
+
     void valuesOfOtherTypesAreConverted()
     {
         QFETCH(const QVariant, value);
@@ -111,49 +93,8 @@ private slots:
         WindowSettings(s_group).restore(*window, tabs.get());
         // Qt converts a value without a size to an invalid size, and one without a position to 0,0.
         QCOMPARE(window->size(), QSize(50, 40));
-        QCOMPARE(window->pos(), value.toPoint());
-        window->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        WindowSettings(s_group).save(*window, tabs.get());
-        QCOMPARE(stored("size").toSize(), window->size());
-        QCOMPARE(stored("tabindex").toInt(), tabs->currentIndex());
-    }
-
-    void maximisedWindowIsShownMaximised()
-    {
-        const auto first = newWindow();
-        first->showMaximized();
-        QVERIFY(QTest::qWaitForWindowExposed(first.get()));
-        WindowSettings(s_group).save(*first);
-        QCOMPARE(stored("size").toSize(), first->size());
-        QVERIFY(first->size() != QSize(320, 210));
-
-        const auto second = restoredWindow();
-        QVERIFY(second->isVisible());
-        QVERIFY(second->isMaximized());
-        second->showNormal();
-        WindowSettings(s_group).save(*second);
-        const auto third = restoredWindow();
-        QVERIFY(!third->isVisible());
-        QVERIFY(!third->isMaximized());
-    }
-
-    void fullScreenIsNotMaximised()
-    {
-        const auto window = newWindow();
-        window->showFullScreen();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
-        WindowSettings(s_group).save(*window);
-        QCOMPARE(stored("fullscreen").toBool(), false);
-    }
-
-    void missingStateKeepsTheState()
-    {
-        const auto window = newWindow();
-        window->setWindowState(Qt::WindowMaximized);
-        WindowSettings(s_group).restore(*window);
-        QVERIFY(window->isVisible());
-        QVERIFY(window->isMaximized());
+        QCOMPARE(window->pos(), QPoint());
+        QCOMPARE(tabs->currentIndex(), value.type() == QVariant::Int ? 1 : 0);
     }
 
     void stateIsReadAsAFlag_data()
@@ -161,14 +102,10 @@ private slots:
         columns<QVariant, bool>("value", "maximised");
         QTest::newRow("true") << QVariant(true) << true;
         QTest::newRow("false") << QVariant(false) << false;
-        QTest::newRow("1") << QVariant(1) << true;
-        QTest::newRow("0") << QVariant(0) << false;
         QTest::newRow("text TRUE") << QVariant(QStringLiteral("TRUE")) << true;
         QTest::newRow("text 0") << QVariant(QStringLiteral("0")) << false;
         QTest::newRow("empty") << QVariant(QString()) << false;
         QTest::newRow("size") << QVariant(QSize(1, 1)) << false;
-        QTest::newRow("list") << QVariant(QStringList{QStringLiteral("1"), QStringLiteral("2")})
-                              << false;
     }
 
     void stateIsReadAsAFlag()
@@ -181,31 +118,43 @@ private slots:
         QCOMPARE(window->isVisible(), maximised);
     }
 
+    void fullScreenIsNotMaximised()
+    {
+        const auto window = newWindow();
+        window->showFullScreen();
+        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
+        WindowSettings(s_group).save(*window);
+        QCOMPARE(stored("fullscreen"), QVariant(QStringLiteral("false")));
+    }
+
+    void missingStateKeepsTheState()
+    {
+        const auto window = newWindow();
+        window->setWindowState(Qt::WindowMaximized);
+        WindowSettings(s_group).restore(*window);
+        QVERIFY(window->isVisible());
+        QVERIFY(window->isMaximized());
+    }
+
     void stateIsLeftOutWhereItIsNotKept()
     {
         const WindowSettings settings(s_group, WindowSettings::Maximised::NotKept);
         store("fullscreen", true);
         const auto window = newWindow();
         settings.restore(*window);
-        QVERIFY(!window->isMaximized());
         QVERIFY(!window->isVisible());
         QSettings().clear();
-        window->showMaximized();
-        QVERIFY(QTest::qWaitForWindowExposed(window.get()));
         settings.save(*window);
         QVERIFY(!stored("fullscreen").isValid());
-        QCOMPARE(stored("size").toSize(), window->size());
     }
 
     void storedTabIsOpened_data()
     {
         columns<QVariant, int>("value", "expected");
         QTest::newRow("none") << QVariant() << 0;
-        QTest::newRow("second") << QVariant(1) << 1;
         QTest::newRow("last") << QVariant(3) << 3;
-        QTest::newRow("text") << QVariant(QStringLiteral("2")) << 2;
+        QTest::newRow("text") << QVariant(QStringLiteral("1")) << 1;
         QTest::newRow("no number") << QVariant(QStringLiteral("two")) << 0;
-        QTest::newRow("size") << QVariant(QSize(1, 1)) << 0;
         // The current tab stays.
         QTest::newRow("past the last") << QVariant(4) << 2;
         QTest::newRow("negative") << QVariant(-1) << 2;
@@ -264,7 +213,10 @@ private:
     {
         guitest::store(s_group, key, value);
     }
-    static QVariant stored(const char* key) { return guitest::stored(s_group, key); }
+    static QVariant stored(const char* key)
+    {
+        return QSettings().value(s_group + QLatin1Char('/') + QLatin1String(key));
+    }
 
     static const QString s_group;
 };

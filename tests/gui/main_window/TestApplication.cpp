@@ -8,7 +8,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QDir>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -96,13 +95,8 @@ private slots:
         QCOMPARE(window().parent(), nullptr);
         QCOMPARE(window().windowTitle(),
                  QLatin1String("QvVisaConfigure - ") + QLatin1String(qvvisa::versionText));
-        QVERIFY(QApplication::quitOnLastWindowClosed());
-    }
-
-    void iconsAreCompiledIn()
-    {
-        QCOMPARE(QDir(QStringLiteral(":/icons")).entryList().size(), 10);
         QVERIFY(!window().windowIcon().pixmap(32, 32).isNull());
+        QVERIFY(QApplication::quitOnLastWindowClosed());
     }
 
     void highDensityScreensAreSupported()

@@ -112,14 +112,6 @@ private slots:
         QCOMPARE(text(1, 1), QStringLiteral("B"));
     }
 
-    void saveAfterCancelWritesTheFile()
-    {
-        editCell(1, 1, "B");
-        QVERIFY(closeAndAnswer(clicking(QMessageBox::Cancel)));
-        click("actionSave");
-        QCOMPARE(configuration().read(), m_saved);
-    }
-
     void titleBarAsksEachTime()
     {
         editCell(1, 1, "B");

@@ -52,7 +52,8 @@ private slots:
         tabTo("Save");
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
         QVERIFY(!model().isDirty());
-        QVERIFY(QApplication::focusWidget() != nullptr && QApplication::focusWidget()->isEnabled());
+        // The button, disabled now, passes the focus on.
+        QCOMPARE(QApplication::focusWidget(), &table());
     }
 
     void clickOnAnActionLeavesTheFocusInTheTable()

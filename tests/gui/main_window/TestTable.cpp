@@ -50,18 +50,6 @@ class TestTable : public guitest::MainWindowTest
     Q_OBJECT
 
 private slots:
-    void spaceOnSaveMovesTheFocusToTheTable()
-    {
-        start("ASRL1::INSTR\n");
-        model().setDirty(true);
-        auto& bar = support::child<QToolBar>(window(), "toolBar");
-        QWidget* button = bar.widgetForAction(&action("actionSave"));
-        button->setFocus();
-        QTest::keyClick(button, Qt::Key_Space);
-        QVERIFY(!model().isDirty());
-        QCOMPARE(QApplication::focusWidget(), &table());
-    }
-
     void saveCommitsAnOpenEditor()
     {
         start("ASRL1::INSTR\n");
@@ -82,6 +70,27 @@ private slots:
         QCOMPARE(model().rowCount(), 101);
         QVERIFY(table().viewport()->rect().contains(
             table().visualRect(model().index(100, ConfigurationModel::ResourceColumn))));
+    }
+
+    void lastColumnStretchesWithTheWindow()
+    {
+        start("ASRL1::INSTR\n");
+        const QHeaderView& header = *table().horizontalHeader();
+        QVERIFY(header.stretchLastSection());
+        // No resize mode is set: the user can widen the first column.
+        QCOMPARE(header.sectionResizeMode(0), QHeaderView::Interactive);
+        QCOMPARE(header.sectionResizeMode(1), QHeaderView::Interactive);
+        window().resize(700, 400);
+        QTRY_COMPARE(header.length(), table().viewport()->width());
+    }
+
+    void columnsFitTheirContents()
+    {
+        start("A=TCPIP0::a-very-long-host-name.example.org::inst0::INSTR\n");
+        const int width = table().columnWidth(0);
+        QVERIFY(width > QFontMetrics(table().font()).horizontalAdvance(text(0, 0)));
+        table().resizeColumnsToContents();
+        QCOMPARE(table().columnWidth(0), width);
     }
 
     void emptyTableHasRoomForAResourceString()
@@ -145,6 +154,8 @@ private slots:
         clickCell(0, ConfigurationModel::AliasColumn);
         QTest::keyClick(&table(), Qt::Key_F2);
         QVERIFY(cellEditor() != nullptr);
+        // For screen readers.
+        QCOMPARE(cellEditor()->accessibleName(), QStringLiteral("Alias"));
         cellEditor()->deselect();
         cellEditor()->end(false);
         const QRect text = cellEditor()->rect().adjusted(4, 4, -4, -4);

@@ -4,6 +4,7 @@
 #include "gui/ResourceDialog.h"
 #include "tests/gui/main_window/MainWindowTest.h"
 
+#include <QComboBox>
 #include <QToolButton>
 
 class TestWithoutLibrary : public guitest::MainWindowTest
@@ -19,10 +20,22 @@ private slots:
         editCell(0, 1, "B");
         click("actionSave");
         QCOMPARE(configuration().read(), file(":Provider=3674\nB=ASRL1::INSTR\n"));
-        clickAndAnswer<gui::PropertyDialog>("actionEdit_properties",
-                                            [](gui::PropertyDialog& dialog) { dialog.accept(); });
         click("actionClose");
         QVERIFY(!window().isVisible());
+    }
+
+    void propertiesListNoPortsAndKeepTheirRecords()
+    {
+        start(":SerialProperty[DeviceNo=1].Baudrate=300\n");
+        const QvVisa::SerialPropertiesMap ports = model().getSerialProperties();
+        clickAndAnswer<gui::PropertyDialog>("actionEdit_properties", [](auto& dialog) {
+            QCOMPARE(support::child<QComboBox>(dialog, "comboBoxSerialInterface").count(), 0);
+            QVERIFY(!support::child<QWidget>(dialog, "tabAsrlProperties").isEnabled());
+            support::child<QLineEdit>(dialog, "providerEdit").setText(QStringLiteral("4095"));
+            dialog.accept();
+        });
+        QCOMPARE(int{model().getProvider()}, 4095);
+        QVERIFY(ports.size() == 1 && model().getSerialProperties() == ports);
     }
 
     void findsNothing()

@@ -5,25 +5,49 @@
 #include "gui/PropertyDialog.h"
 #include "model/ConfigurationModel.h"
 #include "tests/gui/common/Dialogs.h"
-#include "tests/gui/common/RecordTexts.h"
 #include "tests/gui/common/WindowTest.h"
 #include "tests/support/Children.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMenu>
-#include <QSettings>
-#include <QTabWidget>
-#include <QToolButton>
-#include <QTreeWidget>
 
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace guitest {
+
+/// The records in ascending order:
+/// "1=9600,8,0,0,0 3=300,7,2,1,6" for ports (baud rate, data bits, stop bits, parity, flow
+/// control), "0=5,65535,1" for boards (primary, secondary address, system controller).
+inline QString text(const QvVisa::SerialPropertiesMap& ports)
+{
+    QStringList texts;
+    for (const auto& [number, port] : ports) {
+        texts.append(QStringLiteral("%1=%2,%3,%4,%5,%6")
+                         .arg(number)
+                         .arg(port.baudrate)
+                         .arg(port.dataBits)
+                         .arg(port.stopBits)
+                         .arg(port.parity)
+                         .arg(port.flowControl));
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
+inline QString text(const QvVisa::GpibPropertiesMap& boards)
+{
+    QStringList texts;
+    for (const auto& [number, board] : boards) {
+        texts.append(QStringLiteral("%1=%2,%3,%4")
+                         .arg(number)
+                         .arg(board.primaryAddress)
+                         .arg(board.secondaryAddress)
+                         .arg(board.systemController));
+    }
+    return texts.join(QLatin1Char(' '));
+}
 
 /// Base of the properties dialog's tests: a model without unsaved changes, and a dialog on it.
 class PropertyDialogTest : public WindowTest
@@ -84,19 +108,6 @@ protected:
         return support::child<Widget>(*m_dialog, name);
     }
     QComboBox& combo(const char* name) { return widget<QComboBox>(name); }
-    /// "TEXT=DATA TEXT=DATA" of the list of serial ports.
-    QString listedPorts()
-    {
-        QStringList texts;
-        const QComboBox& list = combo("comboBoxSerialInterface");
-        for (int index = 0; index < list.count(); ++index) {
-            texts.append(QStringLiteral("%1=%2")
-                             .arg(list.itemText(index))
-                             .arg(list.itemData(index).toUInt()));
-        }
-        return texts.join(QLatin1Char(' '));
-    }
-
     void clickOk() { clickButton(*m_dialog, QDialogButtonBox::Ok); }
     void clickCancel() { clickButton(*m_dialog, QDialogButtonBox::Cancel); }
 
@@ -109,32 +120,6 @@ protected:
         QTest::keyClick(&field, Qt::Key_Delete);
         QTest::keyClick(&field, Qt::Key_Home);
         QTest::keyClicks(&field, typed);
-    }
-
-    /// Adds a page that the dialog has removed to the tabs, and opens it.
-    void showPage(const char* page)
-    {
-        auto& tabs = widget<QTabWidget>("tabWidget");
-        tabs.setCurrentIndex(tabs.addTab(&widget<QWidget>(page), QString::fromLatin1(page)));
-    }
-
-    /// Opens the dialog on these boards, with the page of the boards shown and all rows expanded.
-    void openBoards(const QvVisa::GpibPropertiesMap& boards)
-    {
-        setBoards(boards);
-        open();
-        showPage("tabGpibProperties");
-        tree().expandAll();
-    }
-    QTreeWidget& tree() { return widget<QTreeWidget>("PropertyTree"); }
-    QTreeWidgetItem* board(int row) { return tree().topLevelItem(row); }
-    QTreeWidgetItem* fields(int row) { return board(row)->child(0); }
-    QPoint centreOf(const QTreeWidgetItem* item) { return tree().visualItemRect(item).center(); }
-    /// The boards of the working copy: those that OK stores in the model.
-    QString boardsAfterOk()
-    {
-        dialog().accept();
-        return boards();
     }
 
 private:

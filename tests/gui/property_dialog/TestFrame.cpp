@@ -2,6 +2,7 @@
 // The provider, and what OK and Cancel do with the working copies.
 #include "tests/gui/property_dialog/PropertyDialogTest.h"
 
+#include <QPushButton>
 #include <QSignalSpy>
 
 namespace {
@@ -10,16 +11,6 @@ namespace {
 const QvVisa::SerialPropertiesMap s_ports{{1, {300, 7, 2, 1, 6}}, {7, {1200, 5, 1, 2, 1}}};
 const QvVisa::GpibPropertiesMap s_boards{{0, {}}, {3, {7, 8, 0}}};
 
-/// The number of connections of a signal, which only a subclass of QObject can ask for.
-int connections(const QObject& sender, const QByteArray& signal)
-{
-    struct Sender : QObject
-    {
-        using QObject::receivers;
-    };
-    return (sender.*&Sender::receivers)(signal.constData());
-}
-
 } // namespace
 
 class TestFrame : public guitest::PropertyDialogTest
@@ -27,24 +18,16 @@ class TestFrame : public guitest::PropertyDialogTest
     Q_OBJECT
 
 private slots:
-    void fieldShowsTheProvider_data()
-    {
-        QTest::addColumn<int>("provider");
-        for (const int provider : {0, 1, 42, 3674, 65535}) {
-            QTest::addRow("%d", provider) << provider;
-        }
-    }
-
     void fieldShowsTheProvider()
     {
-        QFETCH(const int, provider);
-        setProvider(static_cast<unsigned short>(provider));
-        open();
-        QCOMPARE(widget<QLineEdit>("providerEdit").text(), QString::number(provider));
-        QCOMPARE(int(dialog().getProvider()), provider);
-        clickOk();
-        QCOMPARE(int(model().getProvider()), provider);
-        QVERIFY(!model().isDirty());
+        for (const unsigned short provider : {ushort{0}, ushort{42}, ushort{65535}}) {
+            setProvider(provider);
+            open();
+            QCOMPARE(widget<QLineEdit>("providerEdit").text(), QString::number(provider));
+            clickOk();
+            QCOMPARE(model().getProvider(), provider);
+            QVERIFY(!model().isDirty());
+        }
     }
 
     void okStoresTheTypedProvider_data()
@@ -52,12 +35,8 @@ private slots:
         columns<QString, int>("typed", "provider");
         QTest::newRow("nothing") << "" << 3674;
         QTest::newRow("blank") << " " << 3674;
-        QTest::newRow("zero") << "0" << 0;
         QTest::newRow("many zeros") << "00000" << 0;
         QTest::newRow("leading zeros") << "00042" << 42;
-        QTest::newRow("not octal") << "010" << 10;
-        QTest::newRow("greatest of 15 bits") << "32767" << 32767;
-        QTest::newRow("least of 16 bits") << "32768" << 32768;
         QTest::newRow("greatest of 16 bits") << "65535" << 65535;
         QTest::newRow("one more") << "65536" << 0;
         QTest::newRow("greatest of five digits") << "99999" << 34463;
@@ -122,15 +101,6 @@ private slots:
         QVERIFY(isModelUnchanged());
     }
 
-    void okAddsAnEntryForTheFirstPort()
-    {
-        setPorts(s_ports);
-        open("resource ASRL2::INSTR\nresource ASRL1::INSTR\n");
-        clickOk();
-        QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6 2=9600,8,0,0,0 7=1200,5,1,2,1"));
-        QVERIFY(model().isDirty());
-    }
-
     void enterIsOk()
     {
         open();
@@ -181,48 +151,6 @@ private slots:
         QVERIFY(isModelUnchanged());
     }
 
-    void eachConnectionIsMadeOnce_data()
-    {
-        columns<QByteArray, QByteArray, QByteArray, QByteArray>("sender", "signal", "receiver",
-                                                                "slot");
-        const auto row = [](const char* sender, const char* signal, const char* receiver,
-                            const char* slot) {
-            QTest::addRow("%s to %s", sender, slot + 1) << QByteArray(sender) << QByteArray(signal)
-                                                        << QByteArray(receiver) << QByteArray(slot);
-        };
-
-        row("buttonBox", SIGNAL(accepted()), "", SLOT(accept()));
-        row("buttonBox", SIGNAL(rejected()), "", SLOT(reject()));
-        row("addButton", SIGNAL(clicked()), "actionAdd_Device", SLOT(trigger()));
-        row("removeButton", SIGNAL(clicked()), "actionRemove_Device", SLOT(trigger()));
-        row("comboBoxSerialInterface", SIGNAL(currentIndexChanged(int)), "",
-            SLOT(serialInterfaceChanged(int)));
-        row("btnDefaultOs", SIGNAL(clicked()), "", SLOT(setDefaultOs()));
-        row("btnDefaultQv", SIGNAL(clicked()), "", SLOT(setDefaultQv()));
-        // clang-format off
-        row("PropertyTree", SIGNAL(itemChanged(QTreeWidgetItem*,int)), "",
-            SLOT(itemChanged(QTreeWidgetItem*,int)));
-        // clang-format on
-        row("actionAdd_Device", SIGNAL(triggered()), "", SLOT(addDevice()));
-        row("actionRemove_Device", SIGNAL(triggered()), "", SLOT(removeDevice()));
-        row("PropertyTree", SIGNAL(customContextMenuRequested(QPoint)), "",
-            SLOT(treePopupMenu(QPoint)));
-    }
-
-    void eachConnectionIsMadeOnce()
-    {
-        QFETCH(const QByteArray, sender);
-        QFETCH(const QByteArray, signal);
-        QFETCH(const QByteArray, receiver);
-        QFETCH(const QByteArray, slot);
-        construct();
-        const QObject& from = widget<QObject>(sender.constData());
-        const QObject& to = receiver.isEmpty() ? dialog() : widget<QObject>(receiver.constData());
-        const int before = connections(from, signal);
-        QVERIFY(QObject::disconnect(&from, signal.constData(), &to, slot.constData()));
-        QCOMPARE(connections(from, signal), before - 1);
-    }
-
     void inertSlotsDoNothing()
     {
         openOnRecords();
@@ -233,6 +161,8 @@ private slots:
         dialog().VisaCheckBoxStateChanged(true);
         dialog().VisaCheckBoxStateChanged(false);
         dialog().setDefaultOs();
+        QVERIFY(disconnect(&widget<QPushButton>("btnDefaultOs"), SIGNAL(clicked()), &dialog(),
+                           SLOT(setDefaultOs())));
         QVERIFY(bench().calls().empty());
         QVERIFY(dialog().isVisible());
         clickOk();

@@ -2,8 +2,15 @@
 // The tree of GPIB boards and its menu. The dialog removes their page; here it is added again.
 #include "tests/gui/property_dialog/PropertyDialogTest.h"
 
+#include <QAction>
 #include <QHeaderView>
+#include <QMenu>
 #include <QPointer>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QTreeWidget>
+
+#include <utility>
 
 Q_DECLARE_METATYPE(QvVisa::GpibPropertiesMap)
 
@@ -68,19 +75,6 @@ private slots:
         QVERIFY(tree().header()->isVisible());
         // A board that is not edited keeps its secondary address.
         QCOMPARE(boardsAfterOk(), QStringLiteral("2=9,96,0 300=0,65535,1 65535=0,65535,1"));
-    }
-
-    void hiddenTreeFollowsTheBoards()
-    {
-        setBoards({{4, {}}});
-        open();
-        QVERIFY(!tree().isVisible());
-        QCOMPARE(tree().topLevelItemCount(), 1);
-        dialog().addDevice();
-        QCOMPARE(tree().topLevelItemCount(), 2);
-        clickOk();
-        QCOMPARE(boards(), QStringLiteral("4=0,65535,1 5=0,65535,1"));
-        QVERIFY(model().isDirty());
     }
 
     void addAppendsABoard_data()
@@ -159,11 +153,8 @@ private slots:
         row("negative address", address, "-1", "1=65535,65535,0 4=0,65535,1", "1,-1, 0", false);
         row("address above 16 bits", address, "65536", "1=0,65535,0 4=0,65535,1", "1,65536, 0",
             false);
-        row("address with zeros", address, "0012", "1=12,65535,0 4=0,65535,1", "1,0012, 0", false);
         row("hexadecimal address", address, "0x10", unchanged, "1,9, 0", true);
-        row("letters as address", address, "abc", unchanged, "1,9, 0", true);
         row("empty address", address, "", unchanged, "1,9, 0", true);
-        row("address above 32 bits", address, "4294967296", unchanged, "1,9, 0", true);
         row("number", board, "3", "3=9,65535,0 4=0,65535,1", "3,9, 0", true);
         row("same number", board, "1", unchanged, "1,9, 0", false);
         row("same number with a zero", board, "01", "1=9,65535,0 4=0,65535,1", "1,9, 0", true);
@@ -171,10 +162,7 @@ private slots:
         row("greater number", board, "0010", "4=0,65535,1 10=9,65535,0", "4,0, 2", true);
         row("negative number", board, "-1", "4=0,65535,1 65535=9,65535,0", "4,0, 2", true);
         row("number above 16 bits", board, "65540", "4=9,65535,0", "4,9, 0", true);
-        row("hexadecimal number", board, "0x3", unchanged, "1,9, 0", true);
         row("letters as number", board, "one", unchanged, "1,9, 0", true);
-        row("empty number", board, "", unchanged, "1,9, 0", true);
-        row("fraction as number", board, "1.5", unchanged, "1,9, 0", true);
     }
 
     void typedTextIsTakenOrReverted()
@@ -214,37 +202,13 @@ private slots:
         QTEST(boardsAfterOk(), "after");
     }
 
-    void doubleClickEditsACell()
-    {
-        openBoards({{1, {}}});
-        const QPoint point = tree().visualRect(cell(0, DeviceItem::PrimaryAddressColumn)).center();
-        QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
-        QTest::mouseDClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, point);
-        QVERIFY(cellEditor() != nullptr);
-        QTest::keyClicks(cellEditor(), QStringLiteral("30"));
-        QTest::keyClick(cellEditor(), Qt::Key_Tab);
-        QCOMPARE(boardsAfterOk(), QStringLiteral("1=30,65535,1"));
-    }
-
-    void checkBoxIsTaken_data()
-    {
-        QTest::addColumn<bool>("byKey");
-        QTest::newRow("click") << false;
-        QTest::newRow("Space") << true;
-    }
-
     void checkBoxIsTaken()
     {
-        QFETCH(const bool, byKey);
         openBoards({{1, {9, 96, 1}}, {4, {8, 97, 0}}, {5, {7, 98, 3}}});
         for (const int row : {0, 1}) {
-            if (byKey) {
-                tree().setFocus();
-                tree().setCurrentItem(fields(row), DeviceItem::SystemControllerColumn);
-                QTest::keyClick(&tree(), Qt::Key_Space);
-            } else {
-                clickCheckBox(row);
-            }
+            tree().setFocus();
+            tree().setCurrentItem(fields(row), DeviceItem::SystemControllerColumn);
+            QTest::keyClick(&tree(), Qt::Key_Space);
         }
         QVERIFY(!isRedrawn());
         QCOMPARE(rowText(fields(0)), QStringLiteral("1,9, 0"));
@@ -288,70 +252,54 @@ private slots:
         QVERIFY(model().getGpibProperties() == expected);
     }
 
-    void cancelKeepsTheModel()
-    {
-        openBoards({{1, {9, 96, 0}}});
-        typeIntoCell(0, DeviceItem::BoardNumberColumn, QStringLiteral("3"));
-        clickButton("addButton");
-        clickCancel();
-        QCOMPARE(boards(), QStringLiteral("1=9,96,0"));
-        QVERIFY(!model().isDirty());
-    }
-
-    void menuHoldsTheActionsOfThePoint_data()
-    {
-        columns<QByteArray, int>("point", "actions");
-        QTest::newRow("empty space") << QByteArray("empty") << 1;
-        QTest::newRow("board") << QByteArray("board") << 2;
-        QTest::newRow("child row") << QByteArray("fields") << 2;
-    }
-
     void menuHoldsTheActionsOfThePoint()
     {
-        QFETCH(const QByteArray, point);
-        QFETCH(const int, actions);
         openBoards({{1, {}}});
-        const QPoint place = point == "empty"   ? emptySpace()
-                             : point == "board" ? centreOf(board(0))
-                                                : centreOf(fields(0));
-        const QPointer<QMenu> menu = openMenu(place);
-        QVERIFY(menu != nullptr);
-        QCOMPARE(menu->pos(), tree().viewport()->mapToGlobal(place));
-        QCOMPARE(menu->parent(), &dialog());
         const QList<QAction*> all{&widget<QAction>("actionAdd_Device"),
                                   &widget<QAction>("actionRemove_Device")};
-        QCOMPARE(menu->actions(), all.mid(0, actions));
-        QTest::keyClick(menu, Qt::Key_Down);
-        QTest::keyClick(menu, Qt::Key_Return);
-        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1 2=0,65535,1"));
+        for (const auto& [place, count] :
+             {std::pair(emptySpace(), 1), std::pair(centreOf(board(0)), 2),
+              std::pair(centreOf(fields(0)), 2)}) {
+            const QPointer<QMenu> menu = openMenu(place);
+            QVERIFY(menu != nullptr);
+            QCOMPARE(menu->pos(), tree().viewport()->mapToGlobal(place));
+            QCOMPARE(menu->parent(), &dialog());
+            QCOMPARE(menu->actions(), all.mid(0, count));
+            // A closed menu is deleted.
+            QTest::keyClick(menu, Qt::Key_Escape);
+            QTRY_VERIFY(menu == nullptr);
+        }
+        QVERIFY(dialog().isVisible());
     }
 
-    void menuRemovesTheBoardOfAClickedRow()
+    void menuAddsABoardAndRemovesThatOfTheRow()
     {
         openBoards({{1, {}}, {2, {}}});
-        const QPointer<QMenu> menu = openMenu(centreOf(fields(1)));
-        QVERIFY(menu != nullptr);
-        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
-                          menu->actionGeometry(menu->actions().last()).center());
-        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
-    }
-
-    void closedMenuIsDeleted()
-    {
-        openBoards({{1, {}}});
-        const QPointer<QMenu> menu = openMenu(emptySpace());
-        QVERIFY(menu != nullptr);
-        QTest::keyClick(menu, Qt::Key_Escape);
-        QTRY_VERIFY(menu == nullptr);
-        QVERIFY(dialog().isVisible());
-        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1"));
+        clickInMenu(emptySpace(), "actionAdd_Device");
+        QCOMPARE(tree().topLevelItemCount(), 3);
+        clickInMenu(centreOf(board(1)), "actionRemove_Device");
+        QCOMPARE(boardsAfterOk(), QStringLiteral("1=0,65535,1 3=0,65535,1"));
     }
 
 private:
-    QModelIndex cell(int row, int column)
+    /// Opens the dialog on these boards, with their page shown and all rows expanded.
+    void openBoards(const Boards& boards)
     {
-        const QAbstractItemModel& model = *tree().model();
-        return model.index(0, column, model.index(row, 0));
+        setBoards(boards);
+        open();
+        auto& tabs = widget<QTabWidget>("tabWidget");
+        tabs.setCurrentIndex(tabs.addTab(&widget<QWidget>("tabGpibProperties"), QString()));
+        tree().expandAll();
+    }
+    QTreeWidget& tree() { return widget<QTreeWidget>("PropertyTree"); }
+    QTreeWidgetItem* board(int row) { return tree().topLevelItem(row); }
+    QTreeWidgetItem* fields(int row) { return board(row)->child(0); }
+    QPoint centreOf(const QTreeWidgetItem* item) { return tree().visualItemRect(item).center(); }
+    /// The boards of the working copy: those that OK stores in the model.
+    QString boardsAfterOk()
+    {
+        dialog().accept();
+        return boards();
     }
     QLineEdit* cellEditor() { return tree().viewport()->findChild<QLineEdit*>(); }
 
@@ -370,18 +318,6 @@ private:
         QTRY_VERIFY(cellEditor() == nullptr);
     }
 
-    void clickCheckBox(int row)
-    {
-        QStyleOptionViewItem option;
-        option.initFrom(tree().viewport());
-        option.rect = tree().visualRect(cell(row, DeviceItem::SystemControllerColumn));
-        option.features = QStyleOptionViewItem::HasCheckIndicator;
-        option.widget = &tree();
-        const QRect box =
-            tree().style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &tree());
-        QTest::mouseClick(tree().viewport(), Qt::LeftButton, Qt::NoModifier, box.center());
-    }
-
     /// A redrawn board is collapsed.
     bool isRedrawn() { return !board(0)->isExpanded(); }
 
@@ -396,6 +332,13 @@ private:
         const QPoint inDialog = tree().viewport()->mapTo(&dialog(), point);
         QTest::mouseClick(dialog().windowHandle(), Qt::RightButton, Qt::NoModifier, inDialog);
         return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
+    void clickInMenu(const QPoint& point, const char* action)
+    {
+        const QPointer<QMenu> menu = openMenu(point);
+        QVERIFY(menu != nullptr);
+        QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                          menu->actionGeometry(&widget<QAction>(action)).center());
     }
     QPoint emptySpace() { return tree().viewport()->rect().center(); }
 };

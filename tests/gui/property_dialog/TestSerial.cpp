@@ -13,19 +13,46 @@ class TestSerial : public guitest::PropertyDialogTest
     Q_OBJECT
 
 private slots:
+    void libraryDecidesWhichPortsAreListed_data()
+    {
+        columns<QByteArray, QString>("bench", "listed");
+        QTest::newRow("none") << QByteArray("resource GPIB0::1::INSTR\n") << "";
+        QTest::newRow("order of the library, duplicates kept")
+            << QByteArray("resource ASRL12\nresource ASRL3\nresource ASRL1\nresource ASRL3\n")
+            << "ASRL12=12 ASRL3=3 ASRL1=1 ASRL3=3";
+        QTest::newRow("number of 16 bits and markup")
+            << QByteArray("resource \"ASRL\\x01<b>x</b>&\" interface=ASRL,65535\n")
+            << QStringLiteral("ASRL\u0001<b>x</b>&=65535");
+    }
+
+    void libraryDecidesWhichPortsAreListed()
+    {
+        QFETCH(const QByteArray, bench);
+        QFETCH(const QString, listed);
+        open(bench.toStdString());
+        QStringList items;
+        const QComboBox& list = combo("comboBoxSerialInterface");
+        for (int index = 0; index < list.count(); ++index) {
+            items.append(QStringLiteral("%1=%2")
+                             .arg(list.itemText(index))
+                             .arg(list.itemData(index).toUInt()));
+        }
+        QCOMPARE(items.join(QLatin1Char(' ')), listed);
+        // Without a port, the page is disabled.
+        QCOMPARE(widget<QWidget>("tabAsrlProperties").isEnabled(), !items.isEmpty());
+        QVERIFY(widget<QWidget>("providerEdit").isEnabled());
+        // The first one is shown.
+        clickOk();
+        QCOMPARE(ports().section(QLatin1Char('='), 0, 0),
+                 items.value(0).section(QLatin1Char('='), -1));
+    }
+
     void firstListedPortIsShown()
     {
         setPorts({{1, {300, 5, 0, 0, 0}}, {3, {115200, 7, 2, 4, 1}}});
         construct("resource ASRL3::INSTR\nresource ASRL1::INSTR\n");
         QCOMPARE(combo("comboBoxSerialInterface").currentIndex(), 0);
         QCOMPARE(shown(), QStringLiteral("115200 7 2 Space XON/XOFF"));
-    }
-
-    void portWithoutEntryShowsDefaults()
-    {
-        setPorts({{3, {300, 5, 0, 0, 0}}});
-        construct(s_twoPorts);
-        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
     }
 
     void recordIsShownAndReadBack_data()
@@ -152,40 +179,17 @@ private slots:
         QCOMPARE(shown(), QStringLiteral("600 8 1 None None"));
     }
 
-    void setDefaultIsStoredOnOk()
+    void setDefaultIsKeptWhenThePortChangesAndStoredOnOk()
     {
         setPorts({{1, {250000, 9, 2, 4, 6}}, {7, {300, 7, 2, 1, 6}}});
-        open(s_onePort);
-        clickSetDefault();
-        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-        clickCancel();
-        QCOMPARE(ports(), QStringLiteral("1=250000,9,2,4,6 7=300,7,2,1,6"));
-        QVERIFY(!model().isDirty());
-        open(s_onePort);
-        clickSetDefault();
-        clickOk();
-        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 7=300,7,2,1,6"));
-    }
-
-    void setDefaultIsKeptWhenThePortChanges()
-    {
-        setPorts({{1, {300, 7, 2, 1, 6}}});
         open(s_twoPorts);
-        clickSetDefault();
+        QTest::mouseClick(&widget<QPushButton>("btnDefaultQv"), Qt::LeftButton);
+        QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
         choosePort("ASRL3::INSTR");
         choosePort("ASRL1::INSTR");
         QCOMPARE(shown(), QStringLiteral("9600 8 1 None None"));
-    }
-
-    void cancelDiscardsEditsOfAllPorts()
-    {
-        setPorts({{1, {300, 7, 2, 1, 6}}});
-        open(s_twoPorts);
-        choose("comboBoxQvBaudrate", "1200");
-        choosePort("ASRL3::INSTR");
-        clickCancel();
-        QCOMPARE(ports(), QStringLiteral("1=300,7,2,1,6"));
-        QVERIFY(!model().isDirty());
+        clickOk();
+        QCOMPARE(ports(), QStringLiteral("1=9600,8,0,0,0 3=9600,8,0,0,0 7=300,7,2,1,6"));
     }
 
     void secondOkStoresNoPort()
@@ -241,11 +245,6 @@ private:
         QCOMPARE(list.currentText(), QString::fromLatin1(item));
     }
     void choosePort(const char* item) { choose("comboBoxSerialInterface", item); }
-
-    void clickSetDefault()
-    {
-        QTest::mouseClick(&widget<QPushButton>("btnDefaultQv"), Qt::LeftButton);
-    }
 };
 
 static const guitest::Registration<TestSerial> s_registerSerial;

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The properties dialog in a user's hands: where clicks and keys lead.
+// The properties dialog in a user's hands: where clicks and keys lead, and which tab opens.
+#include "tests/gui/common/Settings.h"
 #include "tests/gui/property_dialog/PropertyDialogTest.h"
+#include "tests/support/ModalWindows.h"
 
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTextDocument>
+#include <QWindow>
 
 class TestUse : public guitest::PropertyDialogTest
 {
@@ -99,7 +103,71 @@ private slots:
         QCOMPARE(plain(list.toolTip()), QStringLiteral("ASRL2::<b>::INSTR"));
     }
 
+    void longPortNamesDoNotWidenTheDialog()
+    {
+        const QSize size = open(s_twoPorts).size();
+        QSettings().clear();
+        destroy();
+        QSettings().clear();
+        QCOMPARE(open("resource ASRL" + std::string(250, 'W') + " interface=ASRL,1\n").size(),
+                 size);
+    }
+
+    void storedTabIsAppliedToFourTabs_data()
+    {
+        columns<QVariant, QByteArray>("index", "page");
+        const QByteArray ports = "tabAsrlProperties";
+        const QByteArray provider = "tabSpecialProperties";
+        // The tab after a removed one becomes the current one.
+        QTest::newRow("none") << QVariant() << ports;
+        QTest::newRow("conflict manager") << QVariant(0) << ports;
+        QTest::newRow("serial ports") << QVariant(1) << ports;
+        QTest::newRow("boards") << QVariant(2) << provider;
+        QTest::newRow("provider") << QVariant(3) << provider;
+        QTest::newRow("past the last") << QVariant(4) << ports;
+    }
+
+    void storedTabIsAppliedToFourTabs()
+    {
+        QFETCH(const QVariant, index);
+        QFETCH(const QByteArray, page);
+        if (index.isValid()) {
+            store("tabindex", index);
+        }
+        open(s_twoPorts);
+        QVERIFY(widget<QWidget>(page.constData()).isVisible());
+        QCOMPARE(widget<QTabWidget>("tabWidget").currentWidget(),
+                 &widget<QWidget>(page.constData()));
+    }
+
+    void maximisedDialogIsModalFromItsConstructor()
+    {
+        QWidget other;
+        other.show();
+        store("fullscreen", true);
+        construct(s_twoPorts);
+        QVERIFY(dialog().isVisible());
+        QVERIFY(dialog().isMaximized());
+        QCOMPARE(QGuiApplication::modalWindow(), dialog().windowHandle());
+        QCOMPARE(QApplication::activeModalWidget(), &dialog());
+        for (const char* hidden : {"tabConfMang", "tabGpibProperties", "groupBoxOs"}) {
+            QVERIFY2(!widget<QWidget>(hidden).isVisible(), hidden);
+        }
+        QVERIFY(widget<QWidget>("tabAsrlProperties").isVisible());
+
+        const support::ModalAnswer<gui::PropertyDialog> modal(
+            [this](gui::PropertyDialog&) { clickOk(); });
+        QCOMPARE(dialog().exec(), int{QDialog::Accepted});
+        QVERIFY(modal.wasShown());
+        QVERIFY(!dialog().isVisible());
+        QCOMPARE(QGuiApplication::modalWindow(), static_cast<QWindow*>(nullptr));
+    }
+
 private:
+    static void store(const char* key, const QVariant& value)
+    {
+        guitest::store(QStringLiteral("PropertyDialog"), key, value);
+    }
     QLineEdit& openProvider(unsigned short provider)
     {
         setProvider(provider);

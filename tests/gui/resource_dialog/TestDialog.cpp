@@ -1,66 +1,39 @@
 // SPDX-License-Identifier: MIT
 // The find dialog while no other search is running.
+#include "tests/gui/common/Settings.h"
 #include "tests/gui/resource_dialog/ResourceDialogTest.h"
 #include "tests/support/ModalWindows.h"
 
 #include <functional>
+#include <utility>
 
 namespace {
 
-/// Records, with the number of library calls so far, when the dialog is disabled, emptied, painted
-/// without entries, filled and enabled.
-class Journal : public QObject
+/// Records the state of a dialog when its list is painted without entries.
+class EmptyPaint : public QObject
 {
 public:
-    Journal(QDialog& dialog, QListWidget& list, std::function<std::size_t()> calls)
-        : m_dialog(dialog),
-          m_list(list),
-          m_calls(std::move(calls))
+    EmptyPaint(QListWidget& list, std::function<QString()> state)
+        : m_list(list),
+          m_state(std::move(state))
     {
-        for (QWidget* widget : {static_cast<QWidget*>(&dialog), list.viewport(),
-                                dialog.findChild<QWidget*>(QStringLiteral("buttonBox")),
-                                dialog.findChild<QWidget*>(QStringLiteral("refreshButton"))}) {
-            widget->installEventFilter(this);
-        }
-        const QAbstractItemModel* model = list.model();
-        connect(model, &QAbstractItemModel::modelReset, this, [this] { note("emptied"); });
-        connect(model, &QAbstractItemModel::rowsInserted, this, [this] { note("filled"); });
+        list.viewport()->installEventFilter(this);
     }
 
-    QString text() const { return m_notes.join(QLatin1Char(' ')); }
+    QStringList states() const { return m_states; }
 
-    bool eventFilter(QObject* object, QEvent* event) override
+    bool eventFilter(QObject*, QEvent* event) override
     {
-        if (event->type() == QEvent::CursorChange && object == &m_dialog) {
-            const Qt::CursorShape shape = m_dialog.cursor().shape();
-            note(shape == Qt::WaitCursor    ? "wait-cursor"
-                 : shape == Qt::ArrowCursor ? "arrow-cursor"
-                                            : "other-cursor");
-        } else if (event->type() == QEvent::EnabledChange && object != m_list.viewport()) {
-            const auto* widget = static_cast<QWidget*>(object);
-            note(qPrintable(widget->objectName() +
-                            QLatin1String(widget->isEnabled() ? "-on" : "-off")));
-        } else if (event->type() == QEvent::Paint && object == m_list.viewport() &&
-                   m_list.count() == 0) {
-            note("painted-empty");
+        if (event->type() == QEvent::Paint && m_list.count() == 0) {
+            m_states.append(m_state());
         }
         return false;
     }
 
 private:
-    void note(const char* what)
-    {
-        const QString now = QStringLiteral("%1:%2").arg(m_calls()).arg(QLatin1String(what));
-        // Qt announces one new cursor twice.
-        if (m_notes.isEmpty() || m_notes.last() != now) {
-            m_notes.append(now);
-        }
-    }
-
-    QDialog& m_dialog;
     QListWidget& m_list;
-    std::function<std::size_t()> m_calls;
-    QStringList m_notes;
+    std::function<QString()> m_state;
+    QStringList m_states;
 };
 
 } // namespace
@@ -82,78 +55,66 @@ private slots:
         QVERIFY(refresh().isEnabled() && box().isEnabled());
     }
 
-    void refreshReplacesListAndCache_data()
-    {
-        columns<QByteArray, QString, int>("bench", "listed", "calls");
-        QTest::newRow("other instruments") << QByteArray("resource z\nresource y\n") << "y z" << 7;
-        QTest::newRow("no instruments") << QByteArray() << "" << 5;
-    }
-
     void refreshReplacesListAndCache()
     {
-        QFETCH(const QByteArray, bench);
         show();
         clickRow(0);
-        this->bench().write(bench.toStdString());
-        clickRefresh();
-        QTEST(listed(), "listed");
-        QTEST(cached(), "listed");
-        QTEST(int(this->bench().calls().size()), "calls");
-        QCOMPARE(dialog().getResource(), QString());
-        QVERIFY(refresh().isEnabled() && box().isEnabled());
+        for (const auto& [lines, found] :
+             {std::pair("resource z\nresource y\n", "y z"), std::pair("", "")}) {
+            bench().write(lines);
+            clickRefresh();
+            QCOMPARE(listed(), QString::fromLatin1(found));
+            QCOMPARE(cached(), listed());
+            QCOMPARE(dialog().getResource(), QString());
+        }
     }
 
-    void refreshDisablesAndEmptiesTheDialogMeanwhile()
+    void dialogIsDisabledAndEmptyDuringARefresh()
     {
         show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog()));
-        const Journal journal(dialog(), list(), [this] { return bench().calls().size(); });
+        const auto state = [this] {
+            return QStringLiteral("%1 calls, buttons %2 %3, cursor %4")
+                .arg(bench().calls().size())
+                .arg(box().isEnabled())
+                .arg(refresh().isEnabled())
+                .arg(dialog().cursor().shape());
+        };
+        const EmptyPaint painted(list(), state);
         clickRefresh();
-        QCOMPARE(journal.text(), QStringLiteral("0:buttonBox-off 0:refreshButton-off 0:wait-cursor "
-                                                "0:emptied 0:painted-empty 8:filled 8:arrow-cursor "
-                                                "8:buttonBox-on 8:refreshButton-on"));
-    }
-
-    void selectedResourceIsReturned()
-    {
-        show();
-        clickRow(1);
-        QCOMPARE(dialog().getResource(), QStringLiteral("b"));
-        clickRow(2);
-        guitest::clickButton(dialog(), QDialogButtonBox::Ok);
-        QCOMPARE(dialog().getResource(), QStringLiteral("c"));
-        construct();
-        QCOMPARE(dialog().getResource(), QString());
+        QCOMPARE(
+            painted.states(),
+            QStringList(QStringLiteral("0 calls, buttons 0 0, cursor %1").arg(Qt::WaitCursor)));
+        QCOMPARE(state(), QStringLiteral("8 calls, buttons 1 1, cursor %1").arg(Qt::ArrowCursor));
     }
 
     void buttonsAndKeysEndTheDialog_data()
     {
-        columns<QByteArray, bool, int>("way", "isSelected", "result");
-        QTest::newRow("Select") << QByteArray("Ok") << true << int{QDialog::Accepted};
-        QTest::newRow("Select, no entry") << QByteArray("Ok") << false << int{QDialog::Accepted};
-        QTest::newRow("Enter") << QByteArray("Enter") << true << int{QDialog::Accepted};
-        QTest::newRow("Cancel") << QByteArray("Cancel") << true << int{QDialog::Rejected};
-        QTest::newRow("Escape") << QByteArray("Escape") << true << int{QDialog::Rejected};
-        QTest::newRow("closing") << QByteArray("close") << true << int{QDialog::Rejected};
+        columns<bool, int>("isSelected", "result");
+        QTest::newRow("Select") << true << int{QDialog::Accepted};
+        QTest::newRow("Select, no entry") << false << int{QDialog::Accepted};
+        QTest::newRow("Enter") << true << int{QDialog::Accepted};
+        QTest::newRow("Cancel") << true << int{QDialog::Rejected};
+        QTest::newRow("Escape") << true << int{QDialog::Rejected};
+        QTest::newRow("closing") << true << int{QDialog::Rejected};
     }
 
     void buttonsAndKeysEndTheDialog()
     {
-        QFETCH(const QByteArray, way);
         QFETCH(const bool, isSelected);
         const support::ModalAnswer<gui::ResourceDialog> modal([&](gui::ResourceDialog& shown) {
             if (isSelected) {
                 clickRow(2);
             }
-            if (way == "Ok" || way == "Cancel") {
-                guitest::clickButton(shown,
-                                     way == "Ok" ? QDialogButtonBox::Ok : QDialogButtonBox::Cancel);
-            } else if (way == "Enter") {
-                QTest::keyClick(&list(), Qt::Key_Return);
-            } else if (way == "Escape") {
-                QTest::keyClick(&shown, Qt::Key_Escape);
-            } else {
+            const QByteArray way = QTest::currentDataTag();
+            if (way.startsWith("Select")) {
+                guitest::clickButton(shown, QDialogButtonBox::Ok);
+            } else if (way == "Cancel") {
+                guitest::clickButton(shown, QDialogButtonBox::Cancel);
+            } else if (way == "closing") {
                 shown.close();
+            } else {
+                QTest::keyClick(&list(), way == "Enter" ? Qt::Key_Return : Qt::Key_Escape);
             }
             QVERIFY(!shown.isVisible());
         });
@@ -192,6 +153,37 @@ private slots:
         if (where == "entry") {
             QCOMPARE(dialog().result(), int{QDialog::Accepted});
             QCOMPARE(dialog().getResource(), QStringLiteral("b"));
+        }
+    }
+
+    void keysRefreshSelectAndAccept()
+    {
+        show();
+        QTRY_COMPARE(QApplication::focusWidget(), &list());
+        QTest::keyClick(&list(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &refresh());
+        QTest::keyClick(&refresh(), Qt::Key_Space);
+        QVERIFY(!bench().calls().empty());
+        list().setFocus();
+        // The first key selects the first entry.
+        QTest::keyClick(&list(), Qt::Key_Down);
+        QTest::keyClick(&list(), Qt::Key_Down);
+        QTest::keyClick(&list(), Qt::Key_Return);
+        QCOMPARE(dialog().result(), int{QDialog::Accepted});
+        QCOMPARE(dialog().getResource(), QStringLiteral("b"));
+    }
+
+    void everyShowRestoresAndEveryHideWritesTheSettings()
+    {
+        const QString group = QStringLiteral("ResourceDialog");
+        for (const int width : {601, 621}) {
+            guitest::store(group, "size", QSize(width, 402));
+            show();
+            QCOMPARE(dialog().size(), QSize(width, 402));
+            dialog().resize(width + 1, 402);
+            dialog().hide();
+            QCOMPARE(QSettings().value(group + QStringLiteral("/size")).toSize(),
+                     QSize(width + 1, 402));
         }
     }
 

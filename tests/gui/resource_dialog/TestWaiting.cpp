@@ -68,11 +68,9 @@ public:
         }
     }
 
-    /// The results, after end(). The wait cursor was on the screen: the dialog's own if it is
-    /// shown, otherwise that of all windows.
-    bool showedWaitCursor() const { return m_showedWaitCursor; }
-    bool wasEnabled() const { return m_wasEnabled; }
-    bool wasBlocked() const { return m_wasBlocked; }
+    /// After end(): the wait cursor was on the screen, the dialog's own if it is shown, otherwise
+    /// that of all windows; the dialog was disabled, and then its thread blocked.
+    bool waitedDisabled() const { return m_showedWaitCursor && !m_wasEnabled && m_wasBlocked; }
 
     bool eventFilter(QObject*, QEvent* event) override
     {
@@ -145,9 +143,7 @@ private slots:
             show();
         }
         waiting.end();
-        QVERIFY(waiting.showedWaitCursor());
-        QVERIFY(!waiting.wasEnabled());
-        QVERIFY(waiting.wasBlocked());
+        QVERIFY(waiting.waitedDisabled());
         QVERIFY(QGuiApplication::overrideCursor() == nullptr);
         QCOMPARE(dialog().cursor().shape(), Qt::ArrowCursor);
         QVERIFY(box().isEnabled() && refresh().isEnabled());

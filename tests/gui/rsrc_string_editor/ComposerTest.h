@@ -41,16 +41,6 @@ protected:
         QApplication::setActiveWindow(m_editor.get());
     }
 
-    /// Test data: a row for each interface.
-    static void addInterfaces()
-    {
-        QTest::addColumn<int>("type");
-        int type = 0;
-        for (const char* name : {"VXI-11", "HiSlip", "Socket", "QVIB", "USB", "Serial"}) {
-            QTest::newRow(name) << type++;
-        }
-    }
-
     gui::RsrcStringEditor& editor() const { return *m_editor; }
     template <typename Widget>
     Widget& widget(const char* name) const
@@ -90,16 +80,6 @@ protected:
         }
     }
     void type(const char* name, const char* text) const { type(name, QString::fromUtf8(text)); }
-    /// "FIELD=TEXT FIELD=TEXT"
-    void typeAll(const QString& fields) const
-    {
-        for (const QString& field : fields.split(QLatin1Char(' '))) {
-            const QByteArray name = field.section(QLatin1Char('='), 0, 0).toLatin1();
-            if (!name.isEmpty()) {
-                type(name.constData(), field.section(QLatin1Char('='), 1));
-            }
-        }
-    }
 
 private:
     std::unique_ptr<gui::RsrcStringEditor> m_editor;
