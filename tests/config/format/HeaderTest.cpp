@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -95,6 +96,17 @@ TEST_F(Header, IsReadFromReadableRegularFilesAndThroughLinksToThem)
           std::filesystem::path("/dev/zero"), std::filesystem::path("/dev/null"),
           std::filesystem::path(std::string(5000, 'a'))}) {
         EXPECT_FALSE(isParseAble(path)) << path;
+    }
+}
+
+TEST_F(Header, IsNotReadFromAFileOfMoreThanAGibibyte)
+{
+    support::writeFile(m_path, s_header);
+    constexpr off_t limit = off_t{1} << 30;
+    for (const off_t size : {limit, limit + 1}) {
+        // Mostly a hole: it takes no room.
+        ASSERT_EQ(::truncate(m_path.c_str(), size), 0);
+        EXPECT_EQ(ModernConfigurationFile::isParseAble(m_path), size == limit) << size;
     }
 }
 

@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -146,6 +148,26 @@ TEST_F(Reader, AFileThatChangesItsSizeIsReadToItsNewEnd)
         }));
         EXPECT_EQ(lines(), split(now.size() > start.size() ? now : start)) << now;
     }
+}
+
+TEST_F(Reader, AFileThatGrowsBeyondAGibibyteIsReadUpToThere)
+{
+    support::writeFile(m_path, "\n");
+    LineReader reader(m_path);
+    constexpr std::uintmax_t lineSize = std::uintmax_t{1} << 20;
+    std::ofstream file(m_path);
+    for (std::uintmax_t end = lineSize; end <= 1025 * lineSize; end += lineSize) {
+        // Mostly holes: they take no room.
+        ASSERT_TRUE(file.seekp(static_cast<std::streamoff>(end) - 1) << '\n');
+    }
+    file.close();
+    std::uintmax_t size = 0;
+    for (std::string_view line; reader.next(line);) {
+        size += line.size() + 1;
+    }
+    EXPECT_TRUE(reader.hasFailed());
+    EXPECT_LE(size, std::uintmax_t{1} << 30);
+    EXPECT_GT(size, std::uintmax_t{1} << 29);
 }
 
 TEST_F(Reader, EachByteOfALongLineIsReadOnce)

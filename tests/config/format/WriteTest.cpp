@@ -66,16 +66,6 @@ TEST_F(Write, EachKindOfLineIsInItsPlace)
     expectWrittenAsByTheOracle({});
 }
 
-TEST_F(Write, NumbersArePlainDecimal)
-{
-    for (const unsigned number : {0U, 1U, 9U, 10U, 99U, 127U, 128U, 255U, 999U, 1000U, 65535U}) {
-        const auto wide = static_cast<std::uint16_t>(number);
-        const auto narrow = static_cast<std::uint8_t>(number);
-        expectWrittenAsByTheOracle(
-            {{}, {}, {}, {{wide, {number * 65537U, narrow, narrow, narrow, narrow}}}, wide});
-    }
-}
-
 TEST_F(Write, AliasesAreInTheTablesOrder)
 {
     for (const float load : {1.0F, 0.1F, 25.0F}) {

@@ -72,19 +72,13 @@ bool whileLeased(const std::string& path, int kind, Action action)
     if (::pipe(ready) != 0) {
         return false;
     }
-    // Blocked before the fork: a request that comes early waits for sigwait().
-    sigset_t requests;
-    sigemptyset(&requests);
-    sigaddset(&requests, SIGIO);
-    ::sigprocmask(SIG_BLOCK, &requests, nullptr);
     const pid_t holder = ::fork();
     if (holder == 0) {
         const int leased = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
         const char isHeld = ::fcntl(leased, F_SETLEASE, kind) == 0 ? 1 : 0;
-        int signal = 0;
-        const bool isReported = ::write(ready[1], &isHeld, 1) == 1;
-        if (isHeld != 0 && isReported && ::sigwait(&requests, &signal) == 0) {
-            ::fcntl(leased, F_SETLEASE, F_UNLCK);
+        // The request to give the lease up, SIGIO, ends the process and thereby the lease.
+        while (::write(ready[1], &isHeld, 1) == 1) {
+            ::pause();
         }
         ::_exit(0);
     }

@@ -5,11 +5,13 @@
 #include "tests/config/saving/SavingTest.h"
 #include "tests/support/Files.h"
 #include "tests/support/OrdinaryUser.h"
+#include "tests/support/SystemCalls.h"
 
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <string>
 
@@ -112,6 +114,21 @@ TEST_F(Leftovers, ThatALivingSaveStillWritesAreKept)
         fs::rename(folder() / renamed, folder() / file.name());
     }
     ::close(descriptor);
+    EXPECT_EQ(names(), Names{"visa.conf"});
+}
+
+TEST_F(Leftovers, ANewFileThatAnotherSaveRemovesAsALeftoverIsMadeAgain)
+{
+    const ino_t inode = inodeOf(file());
+    const support::SystemCalls calls([this, isRemoved = false](const auto& call) mutable {
+        if (call.name == "flock" && !isRemoved) {
+            isRemoved = fs::remove(folder() / nameOf(::getpid()));
+        }
+        return support::CallAnswer{call.name == "openat(O_TMPFILE)" ? EOPNOTSUPP : 0};
+    });
+    EXPECT_TRUE(save());
+    EXPECT_EQ(readFile(file()), s_new);
+    EXPECT_NE(inodeOf(file()), inode) << "overwritten in place";
     EXPECT_EQ(names(), Names{"visa.conf"});
 }
 
