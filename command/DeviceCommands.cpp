@@ -59,14 +59,14 @@ void show(Output& output, const std::string& file, const std::string& family, co
         const auto found = devices.find(*wanted);
         shown = {{*wanted, found != devices.end() ? found->second : typename Map::mapped_type()}};
     }
-    nlohmann::ordered_json object;
+    Json object;
     object["schema"] = "qvvisa-" + family + "/1";
     object["file"] = file;
-    object[family] = nlohmann::ordered_json::array();
+    object[family] = Json::array();
     for (const auto& [device, properties] : shown) {
         const bool isNamed = devices.count(device) > 0;
         if (output.isJson()) {
-            nlohmann::ordered_json entry = toJson(device, properties);
+            Json entry = toJson(device, properties);
             entry["named"] = isNamed;
             object[family].push_back(std::move(entry));
             continue;

@@ -17,8 +17,6 @@ namespace QvVisa {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 struct DiffOptions
 {
     std::vector<std::string> files;

@@ -142,7 +142,6 @@ void printFirstRepair(Output& output, const std::vector<CheckResult>& results)
 
 void printJson(Output& output, const std::vector<CheckResult>& results)
 {
-    using Json = nlohmann::ordered_json;
     Json object;
     object["schema"] = "qvvisa-doctor/1";
     object["problems"] = countOf(results, Mark::Problem);

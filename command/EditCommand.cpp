@@ -60,22 +60,21 @@ void printJson(Output& output, const std::string& name, const FinishedEdit& fini
                const EditOptions& options, const std::optional<std::string>& backup)
 {
     const auto textOrNull = [](const std::optional<std::string>& text) {
-        return text ? nlohmann::ordered_json(latin1ToUtf8(*text)) : nlohmann::ordered_json();
+        return text ? Json(latin1ToUtf8(*text)) : Json();
     };
-    nlohmann::ordered_json object;
+    Json object;
     object["schema"] = "qvvisa-edit/1";
     object["file"] = name;
     object["changed"] = finished.result.isChanged();
-    object["lines"] = nlohmann::ordered_json::array();
+    object["lines"] = Json::array();
     for (const LineChange& change : finished.result.edited.changes) {
-        nlohmann::ordered_json line;
+        Json line;
         line["line"] = change.line;
         line["before"] = textOrNull(change.before);
         line["after"] = textOrNull(change.after);
         object["lines"].push_back(std::move(line));
     }
-    object["backup"] =
-        backup ? nlohmann::ordered_json(pathToUtf8(*backup)) : nlohmann::ordered_json();
+    object["backup"] = backup ? Json(pathToUtf8(*backup)) : Json();
     if (options.isDiff) {
         object["diff"] = finished.diff;
     }

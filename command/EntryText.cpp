@@ -105,10 +105,10 @@ std::string settingText(LineKind kind, std::uint32_t value)
 }
 
 /// The word in JSON; a code without one as a number.
-nlohmann::ordered_json wordOrNumber(LineKind kind, std::uint32_t value)
+Json wordOrNumber(LineKind kind, std::uint32_t value)
 {
     const auto word = wordOf(kind, value);
-    return word ? nlohmann::ordered_json(std::string(*word)) : nlohmann::ordered_json(value);
+    return word ? Json(std::string(*word)) : Json(value);
 }
 
 } // namespace
@@ -164,9 +164,9 @@ std::string settingsText(const SGpibProperties& properties)
            settingText(LineKind::GpibSystemController, properties.systemController);
 }
 
-nlohmann::ordered_json toJson(std::uint16_t port, const SSerialProperties& properties)
+Json toJson(std::uint16_t port, const SSerialProperties& properties)
 {
-    nlohmann::ordered_json object;
+    Json object;
     object["port"] = port;
     object["baudRate"] = properties.baudrate;
     object["dataBits"] = properties.dataBits;
@@ -176,17 +176,17 @@ nlohmann::ordered_json toJson(std::uint16_t port, const SSerialProperties& prope
     return object;
 }
 
-nlohmann::ordered_json toJson(std::uint16_t board, const SGpibProperties& properties)
+Json toJson(std::uint16_t board, const SGpibProperties& properties)
 {
-    nlohmann::ordered_json object;
+    Json object;
     object["board"] = board;
     object["primaryAddress"] = properties.primaryAddress;
     object["secondaryAddress"] = properties.secondaryAddress == s_noSecondaryAddress
-                                     ? nlohmann::ordered_json()
-                                     : nlohmann::ordered_json(properties.secondaryAddress);
+                                     ? Json()
+                                     : Json(properties.secondaryAddress);
     object["systemController"] = properties.systemController > 1
-                                     ? nlohmann::ordered_json(properties.systemController)
-                                     : nlohmann::ordered_json(properties.systemController == 1);
+                                     ? Json(properties.systemController)
+                                     : Json(properties.systemController == 1);
     return object;
 }
 

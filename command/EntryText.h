@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "command/Json.h"
 #include "config/ConfigurationRecords.h"
 #include "document/EntryEdits.h"
-
-#include <nlohmann/json_fwd.hpp>
 
 #include <cstdint>
 #include <string>
@@ -28,8 +27,8 @@ std::string settingsText(const SSerialProperties& properties);
 std::string settingsText(const SGpibProperties& properties);
 
 /// The objects of the qvvisa-list/1 schema.
-nlohmann::ordered_json toJson(std::uint16_t port, const SSerialProperties& properties);
-nlohmann::ordered_json toJson(std::uint16_t board, const SGpibProperties& properties);
+Json toJson(std::uint16_t port, const SSerialProperties& properties);
+Json toJson(std::uint16_t board, const SGpibProperties& properties);
 
 /// "DMM = TCPIP0::10.0.0.5::INSTR", "serial 1 baud-rate = 9600", "DMM removed"; in UTF-8.
 std::string entryText(const EntryOutcome& entry);

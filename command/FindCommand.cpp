@@ -27,7 +27,6 @@ namespace QvVisa {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* s_everything = "?*";

@@ -32,7 +32,7 @@ ExitCode getResource(Output& output, const ConfigurationText& text, const std::s
     }
     const std::string resource = latin1ToUtf8(alias->resource);
     if (output.isJson()) {
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-get/1";
         object["file"] = text.name;
         object["name"] = latin1ToUtf8(toUpperCase(name));
@@ -59,7 +59,7 @@ ExitCode getNames(Output& output, const ConfigurationText& text, const std::stri
     }
     std::sort(names.begin(), names.end());
     if (output.isJson()) {
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-get/1";
         object["file"] = text.name;
         object["resource"] = latin1ToUtf8(resource);

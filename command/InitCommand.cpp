@@ -77,11 +77,11 @@ ExitCode runInit(CommandContext& context, const std::string& argument)
     createFile(path, header + '\n');
     const std::string name = pathToUtf8(path);
     if (context.output.isJson()) {
-        nlohmann::ordered_json line;
+        Json line;
         line["line"] = 1;
         line["before"] = nullptr;
         line["after"] = header;
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-edit/1";
         object["file"] = name;
         object["changed"] = true;

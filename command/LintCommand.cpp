@@ -266,7 +266,6 @@ private:
 
     void printJson()
     {
-        using Json = nlohmann::ordered_json;
         Json object;
         object["schema"] = "qvvisa-lint/1";
         object["errors"] = m_counts.of(lint::Severity::Error);
@@ -288,9 +287,9 @@ private:
         m_context.output.json(object);
     }
 
-    static nlohmann::ordered_json toJson(const lint::Finding& finding)
+    static Json toJson(const lint::Finding& finding)
     {
-        nlohmann::ordered_json object;
+        Json object;
         object["line"] = finding.line;
         object["column"] = finding.column;
         object["severity"] = severityName(finding.severity);

@@ -86,9 +86,8 @@ std::string canonicalLines(const Entries& entries)
     return lines;
 }
 
-nlohmann::ordered_json toJson(const std::string& file, const Entries& entries)
+Json toJson(const std::string& file, const Entries& entries)
 {
-    using Json = nlohmann::ordered_json;
     Json object;
     object["schema"] = "qvvisa-list/1";
     object["file"] = file;

@@ -56,7 +56,7 @@ ExitCode runMerge(CommandContext& context, const MergeOptions& options)
                                   "and >>>>>>> enclose, then delete the markers");
     }
     if (context.output.isJson()) {
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-merge/1";
         object["file"] = name;
         object["changed"] = isChanged;

@@ -36,9 +36,9 @@ std::string_view severityWord(Severity severity)
     return {};
 }
 
-nlohmann::ordered_json errorToJson(const CommandError& error)
+Json errorToJson(const CommandError& error)
 {
-    nlohmann::ordered_json object;
+    Json object;
     object["schema"] = "qvvisa-error/1";
     object["exit"] = static_cast<int>(error.code());
     object["message"] = pathToUtf8(error.what());
@@ -60,10 +60,9 @@ void Output::flush()
     m_streams.out.flush();
 }
 
-void Output::json(const nlohmann::ordered_json& object)
+void Output::json(const Json& object)
 {
-    m_streams.out << object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace)
-                  << '\n';
+    m_streams.out << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
 void Output::progress(std::string_view line)

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "command/ExitCode.h"
-
-#include <nlohmann/json_fwd.hpp>
+#include "command/Json.h"
 
 #include <cstddef>
 #include <iosfwd>
@@ -43,7 +42,7 @@ struct Streams
 };
 
 /// The qvvisa-error/1 object.
-nlohmann::ordered_json errorToJson(const CommandError& error);
+Json errorToJson(const CommandError& error);
 
 /// What a command prints: data on standard output, messages on standard error. All texts are
 /// UTF-8; convert what comes from a file with latin1ToUtf8() first.
@@ -72,7 +71,7 @@ public:
     void flushData();
 
     /// One object on standard output, on one line.
-    void json(const nlohmann::ordered_json& object);
+    void json(const Json& object);
 
     /// A "changed: ..." or "unchanged: ..." line on standard output; nothing with -q or --json.
     void progress(std::string_view line);

@@ -46,7 +46,7 @@ ExitCode runProvider(CommandContext& context, const std::string& argument,
     const ConfigurationText text = readConfiguration(context);
     const Entries entries(text.document);
     if (context.output.isJson()) {
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-provider/1";
         object["file"] = text.name;
         object["provider"] = entries.provider;

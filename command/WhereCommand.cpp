@@ -61,12 +61,12 @@ std::string padded(std::string_view text, std::size_t width)
 void printPlaces(Output& output, const std::string& file, const std::vector<SearchPlace>& places)
 {
     if (output.isJson()) {
-        nlohmann::ordered_json object;
+        Json object;
         object["schema"] = "qvvisa-where/1";
         object["file"] = pathToUtf8(file);
-        object["candidates"] = nlohmann::ordered_json::array();
+        object["candidates"] = Json::array();
         for (const SearchPlace& place : places) {
-            nlohmann::ordered_json candidate;
+            Json candidate;
             candidate["place"] = place.place;
             candidate["path"] = pathToUtf8(place.path);
             candidate["verdict"] = verdictWord(place.verdict);

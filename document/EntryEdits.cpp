@@ -6,12 +6,6 @@
 
 namespace QvVisa {
 
-namespace {
-
-constexpr char s_lineFeed = '\n';
-
-} // namespace
-
 bool isAlias(std::string_view name, std::string_view resource)
 {
     const std::string text = std::string(name).append("=").append(resource);
@@ -21,7 +15,7 @@ bool isAlias(std::string_view name, std::string_view resource)
 
 bool isPlainResource(std::string_view resource)
 {
-    return resource.find(s_lineFeed) == std::string_view::npos &&
+    return resource.find('\n') == std::string_view::npos &&
            matchConfigurationLine(resource).kind == LineKind::Resource;
 }
 

@@ -16,7 +16,7 @@ namespace finder {
 
 namespace {
 
-constexpr std::string_view s_devices = "/sys/bus/usb/devices/";
+constexpr std::string_view s_usbDevices = "/sys/bus/usb/devices/";
 constexpr std::size_t s_longestDescription = 255;
 
 /// Hexadecimal digits, as sysfs writes identifiers.
@@ -76,12 +76,12 @@ void logAccess(const visa::SystemFiles& files, SearchLog& log, const std::string
 std::optional<UsbInstrument> instrumentOf(const visa::SystemFiles& files, SearchLog& log,
                                           const std::string& interfaceName)
 {
-    const std::string interface = std::string(s_devices) + interfaceName;
+    const std::string interface = std::string(s_usbDevices) + interfaceName;
     if (!visa::isTestAndMeasurement(files, interface)) {
         return std::nullopt;
     }
     const std::string device =
-        std::string(s_devices) + interfaceName.substr(0, interfaceName.find(':'));
+        std::string(s_usbDevices) + interfaceName.substr(0, interfaceName.find(':'));
     const auto vendor = hexadecimal(files.read(device + "/idVendor"));
     const auto product = hexadecimal(files.read(device + "/idProduct"));
     const auto number = hexadecimal(files.read(interface + "/bInterfaceNumber"));
@@ -124,7 +124,7 @@ bool operator<(const UsbInstrument& left, const UsbInstrument& right)
 void findUsbInstruments(const visa::SystemFiles& files, SearchLog& log,
                         const std::function<void(const UsbInstrument&)>& found)
 {
-    for (const std::string& name : files.names(std::string(s_devices))) {
+    for (const std::string& name : files.names(std::string(s_usbDevices))) {
         if (name.find(':') == std::string::npos) {
             continue;
         }

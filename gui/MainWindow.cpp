@@ -23,7 +23,7 @@ namespace gui {
 
 namespace {
 
-WindowSettings windowSettings()
+WindowSettings mainWindowSettings()
 {
     return WindowSettings(QStringLiteral("MainWindow"));
 }
@@ -206,12 +206,12 @@ void MainWindow::finishCellEdit()
 
 void MainWindow::restoreWindowSettings()
 {
-    windowSettings().restore(*this);
+    mainWindowSettings().restore(*this);
 }
 
 void MainWindow::saveWindowSettings() const
 {
-    windowSettings().save(*this);
+    mainWindowSettings().save(*this);
 }
 
 } // namespace gui

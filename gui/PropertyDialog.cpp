@@ -12,7 +12,7 @@ namespace gui {
 
 namespace {
 
-WindowSettings windowSettings()
+WindowSettings propertyDialogSettings()
 {
     return WindowSettings(QStringLiteral("PropertyDialog"));
 }
@@ -105,12 +105,12 @@ void PropertyDialog::VisaCheckBoxStateChanged(bool)
 
 void PropertyDialog::restoreWindowSettings()
 {
-    windowSettings().restore(*this, m_ui->tabWidget);
+    propertyDialogSettings().restore(*this, m_ui->tabWidget);
 }
 
 void PropertyDialog::saveWindowSettings() const
 {
-    windowSettings().save(*this, m_ui->tabWidget);
+    propertyDialogSettings().save(*this, m_ui->tabWidget);
 }
 
 } // namespace gui

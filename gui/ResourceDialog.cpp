@@ -14,7 +14,7 @@ namespace gui {
 
 namespace {
 
-WindowSettings windowSettings()
+WindowSettings resourceDialogSettings()
 {
     return WindowSettings(QStringLiteral("ResourceDialog"));
 }
@@ -136,12 +136,12 @@ void ResourceDialog::hideEvent(QHideEvent* event)
 
 void ResourceDialog::restoreWindowSettings()
 {
-    windowSettings().restore(*this);
+    resourceDialogSettings().restore(*this);
 }
 
 void ResourceDialog::saveWindowSettings() const
 {
-    windowSettings().save(*this);
+    resourceDialogSettings().save(*this);
 }
 
 } // namespace gui

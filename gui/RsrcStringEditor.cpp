@@ -21,7 +21,7 @@ constexpr int s_gpibIndex = 6;
 /// What a line edit leaves free on both sides of its text, and its cursor, in pixels.
 constexpr int s_textMargins = 6;
 
-WindowSettings windowSettings()
+WindowSettings rsrcStringEditorSettings()
 {
     return WindowSettings(QStringLiteral("RsrcStringEditor"), WindowSettings::Maximised::NotKept);
 }
@@ -182,12 +182,12 @@ void RsrcStringEditor::findResource()
 
 void RsrcStringEditor::restoreWindowSettings()
 {
-    windowSettings().restore(*this);
+    rsrcStringEditorSettings().restore(*this);
 }
 
 void RsrcStringEditor::saveWindowSettings() const
 {
-    windowSettings().save(*this);
+    rsrcStringEditorSettings().save(*this);
 }
 
 } // namespace gui

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visa/PyVisaResourceName.h"
 
+#include "visa/Text.h"
+
 namespace visa {
 
 namespace {
@@ -9,7 +11,7 @@ constexpr std::size_t s_mostFields = 5;
 
 /// The parts of one pair of interface and class. A field without a default is mandatory; the first
 /// one always has a default.
-struct Form
+struct PyVisaForm
 {
     std::string_view interfaceName;
     std::string_view resourceClass;
@@ -19,7 +21,7 @@ struct Form
     std::array<std::string_view, s_mostFields> defaults;
 };
 
-constexpr std::array<Form, 13> s_forms{{
+constexpr std::array<PyVisaForm, 13> s_pyVisaForms{{
     {"GPIB", "INSTR", true, 3, {"0", "", "0"}},
     {"GPIB", "INTFC", false, 1, {"0"}},
     {"ASRL", "INSTR", true, 1, {"0"}},
@@ -35,28 +37,10 @@ constexpr std::array<Form, 13> s_forms{{
     {"VXI", "SERVANT", false, 1, {"0"}},
 }};
 
-constexpr char toUpper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool beginsWithIgnoringCase(std::string_view text, std::string_view upperCaseStart)
-{
-    if (text.size() < upperCaseStart.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < upperCaseStart.size(); ++i) {
-        if (toUpper(text[i]) != upperCaseStart[i]) {
-            return false;
-        }
-    }
-    return true;
-}
-
 std::string_view interfaceOf(std::string_view text)
 {
-    for (const Form& form : s_forms) {
-        if (beginsWithIgnoringCase(text, form.interfaceName)) {
+    for (const PyVisaForm& form : s_pyVisaForms) {
+        if (startsWithIgnoringCase(text, form.interfaceName)) {
             return form.interfaceName;
         }
     }
@@ -64,10 +48,10 @@ std::string_view interfaceOf(std::string_view text)
 }
 
 /// The form that the last part names, else the interface's default one, else null.
-const Form* formOf(std::string_view interfaceName, std::string_view lastPart)
+const PyVisaForm* formOf(std::string_view interfaceName, std::string_view lastPart)
 {
-    const Form* found = nullptr;
-    for (const Form& form : s_forms) {
+    const PyVisaForm* found = nullptr;
+    for (const PyVisaForm& form : s_pyVisaForms) {
         if (form.interfaceName != interfaceName) {
             continue;
         }
@@ -105,7 +89,7 @@ struct Parts
     }
 };
 
-std::size_t optionalFieldsOf(const Form& form)
+std::size_t optionalFieldsOf(const PyVisaForm& form)
 {
     std::size_t count = 0;
     for (std::size_t i = 0; i < form.fieldCount; ++i) {
@@ -116,7 +100,7 @@ std::size_t optionalFieldsOf(const Form& form)
 
 /// Gives each field its part. While there are fewer parts than fields, an optional field takes its
 /// default.
-PyVisaRefusal fill(PyVisaResourceName& name, const Form& form, const Parts& parts,
+PyVisaRefusal fill(PyVisaResourceName& name, const PyVisaForm& form, const Parts& parts,
                    std::size_t count)
 {
     if (count > form.fieldCount) {
@@ -158,7 +142,7 @@ PyVisaResourceName PyVisaResourceName::parse(std::string_view text) noexcept
     }
     text.remove_prefix(name.interfaceName.size());
     const Parts parts(text);
-    const Form* const form = formOf(name.interfaceName, parts.last);
+    const PyVisaForm* const form = formOf(name.interfaceName, parts.last);
     if (form == nullptr) {
         name.refusal = PyVisaRefusal::NoDefaultClass;
         return name;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "visa/SystemFiles.h"
 
+#include "visa/Text.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <grp.h>
@@ -18,11 +20,6 @@
 namespace visa {
 
 namespace {
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 std::string lastPart(const std::string& path)
 {
