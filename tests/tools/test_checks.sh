@@ -42,6 +42,11 @@ tree model/A.h '#include <QtWidgets/QDialog>'
 expect 1 'model/A.h:3: model uses Qt Core only' check-layers
 tree script '#!/bin/sh'
 expect 1 'script: no SPDX-License-Identifier line' check-spdx
+tree
+: >config/B.cpp
+printf 'int x;\nint y;\n// SPDX-License-Identifier: MIT\n' >config/C.cpp
+expect 1 'config/B.cpp: no SPDX-License-Identifier line' check-spdx
+expect 1 'config/C.cpp: no SPDX-License-Identifier line' check-spdx
 rm -r "$scratch/tree" && mkdir "$scratch/tree"
 expect 1 'no source folder here' check-layers
 expect 1 'no source file here' check-spdx
