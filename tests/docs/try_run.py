@@ -26,7 +26,7 @@ def with_mine():
     with desktop.Desktop() as display:
         file = display.folder / ".quorvane/visa.conf"
         file.parent.mkdir()
-        file.write_bytes(b":QvVisaConfigurationFileVersion01\n:Provider=3674\nA=ASRL1::INSTR\n")
+        file.write_bytes(program.BEFORE)
         process = display.start([str(SOURCES / "run"), "--mine"], display.environment())
         display.window(program.MAIN)
         display.key("F2")
@@ -37,8 +37,7 @@ def with_mine():
         desktop.wait_for(lambda: process.poll() is not None, "the program to end")
         print(display.output_of("run"))
         desktop.expect_equal(process.returncode, 0, "exit code")
-        desktop.expect_equal(file.read_bytes(), b":QvVisaConfigurationFileVersion01\n"
-                             b":Provider=3674\nA=ASRL2::INSTR\n", "the file")
+        desktop.expect_equal(file.read_bytes(), program.HEADER + b"A=ASRL2::INSTR\n", "the file")
 
 
 without_a_display()

@@ -12,7 +12,7 @@ from program import BEFORE, EDITED, UNSAVED
 HELD_BENCH = "resource ASRL1::INSTR\nwait-for-file go for=?*\n"
 
 
-def cancel_keeps_the_window_and_no_the_file(desktop):
+def cancel_keeps_the_window_and_no_leaves_the_file(desktop):
     user = program.started(desktop, content=BEFORE)
     user.edit()
     user.close()
@@ -79,6 +79,6 @@ def kill_before_the_save_keeps_the_file(desktop):
     user.expect_file(BEFORE)
 
 
-scenario.run(cancel_keeps_the_window_and_no_the_file, yes_saves_the_file,
+scenario.run(cancel_keeps_the_window_and_no_leaves_the_file, yes_saves_the_file,
              text_in_a_cell_editor_is_saved, closed_program_runs_until_the_search_returns,
              signal_ends_the_closed_program, kill_before_the_save_keeps_the_file)

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <functional>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -34,31 +35,29 @@ class StoreFaults : public StoreTest
 {
 protected:
     /// The resources' name, if the tables are those of one file; else "mixed".
-    static std::string held()
+    static std::string nameIn(const QvVisa::ConfigurationFile& store)
     {
-        const QvVisa::ConfigurationFile& store = *s_store;
         const std::set<std::string> names(store.m_resources.begin(), store.m_resources.end());
-        return names.size() == 1 && store.m_resources.size() == store.m_provider ? *names.begin()
-                                                                                 : "mixed";
+        const bool isOneFile = names.size() == 1 && store.m_resources.size() == store.m_provider;
+        return isOneFile ? *names.begin() : "mixed";
     }
 
     /// Loads FIRST, replaces the file by CHANGED and makes two change checks, the first of them
-    /// with the handler. Returns the names after each. numberOfCalls is that of the first.
-    std::string changeChecks(int count, SystemCalls::Handler handler, int& numberOfCalls)
+    /// with the handler. Returns the names after each, and the number of calls of the first.
+    std::pair<std::string, int> changeChecks(int count, SystemCalls::Handler handler)
     {
         write(fileOf("FIRST", 2), 1'000'000'000);
-        s_store = &store();
-        EXPECT_EQ(held(), "FIRST");
+        QvVisa::ConfigurationFile& checked = store();
+        EXPECT_EQ(nameIn(checked), "FIRST");
         write(fileOf("CHANGED", count), 1'100'000'000);
-        std::string answer;
+        int numberOfCalls = 0;
         {
             const SystemCalls calls(std::move(handler));
             store();
             numberOfCalls = calls.count();
         }
-        answer = held();
-        store();
-        return answer + ' ' + held();
+        const std::string name = nameIn(checked);
+        return {name + ' ' + nameIn(store()), numberOfCalls};
     }
 
     using Handler = std::function<SystemCalls::Handler(int number)>;
@@ -68,11 +67,9 @@ protected:
     std::set<std::string> answersForEachCall(int count, const Handler& handlerFor)
     {
         std::set<std::string> answers;
-        int numberOfCalls = 0;
-        changeChecks(count, {}, numberOfCalls);
+        const int numberOfCalls = changeChecks(count, {}).second;
         for (int number = 1; number <= numberOfCalls; ++number) {
-            int ignored = 0;
-            answers.insert(changeChecks(count, handlerFor(number), ignored));
+            answers.insert(changeChecks(count, handlerFor(number)).first);
         }
         EXPECT_GT(numberOfCalls, 8);
         return answers;
@@ -90,11 +87,8 @@ protected:
             };
         };
     }
-
-    static QvVisa::ConfigurationFile* s_store;
 };
 
-QvVisa::ConfigurationFile* StoreFaults::s_store = nullptr;
 using Answers = std::set<std::string>;
 
 TEST_F(StoreFaults, AFailedCallKeepsEverythingUntilTheNextChangeCheck)
