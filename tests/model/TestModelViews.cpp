@@ -220,6 +220,7 @@ private slots:
               std::pair(0, 10), std::pair(5, 0), std::pair(10, 0)}) {
             fill(10);
             std::vector<QPersistentModelIndex> indexes;
+            indexes.reserve(10);
             for (int number = 0; number < 10; ++number) {
                 indexes.emplace_back(m_model->index(number, number % 2));
             }
