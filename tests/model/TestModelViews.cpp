@@ -136,17 +136,6 @@ private slots:
         }
     }
 
-    void changesWhileHiddenAreShown()
-    {
-        fill(40);
-        m_view->hide();
-        QVERIFY(m_model->removeRows(0, 10));
-        addRows(*m_model, 3, 100);
-        m_view->show();
-        QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-        compareWithNewView(*m_view);
-    }
-
     void aNewResourceIsShownByTheNextPaint()
     {
         fill(3);
@@ -177,22 +166,6 @@ private slots:
         }
     }
 
-    void selectionStaysWithItsEntry()
-    {
-        fill(30);
-        m_view->selectRow(20);
-        m_model->addEntry();
-        QVERIFY(m_model->removeRows(19, 1));
-        QVERIFY(m_model->removeRows(0, 3));
-        QVERIFY(m_model->removeRows(25, 1));
-        QCOMPARE(m_view->selectionModel()->selectedRows().size(), 1);
-        QCOMPARE(m_view->selectionModel()->selectedRows().first().data().toString(), resource(20));
-        QCOMPARE(m_view->currentIndex().data().toString(), resource(20));
-        m_model->removeSelectedEntry();
-        QVERIFY(!resources().contains(resource(20)));
-        QCOMPARE(m_model->rowCount(), 25);
-    }
-
     void scrollPositionStays()
     {
         fill(100);
@@ -213,6 +186,7 @@ private slots:
         QCOMPARE(m_view->verticalScrollBar()->value(), m_view->verticalScrollBar()->maximum());
     }
 
+    /// Those of the selection and the current entry too.
     void persistentIndexesStayWithTheirEntries()
     {
         for (const auto& [row, count] :
