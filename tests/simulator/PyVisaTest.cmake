@@ -1,15 +1,6 @@
 # SPDX-License-Identifier: MIT
 # An independent client, PyVISA, uses the library by its path. Without PyVISA the test fails and says
-# what to install.
-
-# Debian's PyVISA belongs to Debian's Python, whatever other Python comes first in PATH.
-if(NOT APPLE)
-    set(pyvisa_hints HINTS /usr/bin)
-endif()
-find_program(QVVISA_PYVISA_PYTHON python3 ${pyvisa_hints})
-if(NOT QVVISA_PYVISA_PYTHON)
-    message(FATAL_ERROR "The tests need a Python 3 with PyVISA (Debian: python3-pyvisa)")
-endif()
+# what to install. tests/visa/ has found its Python.
 
 set(pyvisa_environment "")
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=(address|thread)")
