@@ -62,22 +62,19 @@ private slots:
 
     void findAndEditAreEnabledWithASelection()
     {
-        const auto areBoth = [this](bool enabled) {
-            return isEnabled("actionFind") == enabled && isEnabled("actionEdit") == enabled;
-        };
-        QVERIFY(areBoth(false));
+        QVERIFY(findAndEditAre(false));
         clickCell(1, 0);
-        QVERIFY(areBoth(true));
+        QVERIFY(findAndEditAre(true));
         clickCell(2, 1);
-        QVERIFY(areBoth(true));
+        QVERIFY(findAndEditAre(true));
         table().clearSelection();
-        QVERIFY(areBoth(false));
+        QVERIFY(findAndEditAre(false));
         QTest::keyClick(table().viewport(), Qt::Key_Up);
-        QVERIFY(areBoth(true));
+        QVERIFY(findAndEditAre(true));
         const QModelIndex current = table().currentIndex();
         clickCell(current.row(), current.column(), Qt::ControlModifier);
         QVERIFY(!table().selectionModel()->hasSelection());
-        QVERIFY(areBoth(false));
+        QVERIFY(findAndEditAre(false));
     }
 
     void findAndEditAfterARemoval_data()
@@ -98,8 +95,7 @@ private slots:
         click("actionRemove_resource");
         QCOMPARE(model().rowCount(), rows - 1);
         QCOMPARE(table().selectionModel()->hasSelection(), enabled);
-        QCOMPARE(isEnabled("actionFind"), enabled);
-        QCOMPARE(isEnabled("actionEdit"), enabled);
+        QVERIFY(findAndEditAre(enabled));
     }
 
     /// The slot has no connection.
@@ -112,8 +108,7 @@ private slots:
             action("actionFind").setEnabled(!selected);
             action("actionEdit").setEnabled(!selected);
             QVERIFY(QMetaObject::invokeMethod(&window(), "refreshButtonStatus"));
-            QCOMPARE(isEnabled("actionFind"), selected);
-            QCOMPARE(isEnabled("actionEdit"), selected);
+            QVERIFY(findAndEditAre(selected));
         }
     }
 
@@ -175,15 +170,19 @@ private slots:
     {
         // Without a selection: another program may ask for the menu too.
         QVERIFY(openMenu(cellCentre(0, 0)) != nullptr);
-        QVERIFY(!isEnabled("actionEdit") && !isEnabled("actionFind"));
+        QVERIFY(findAndEditAre(false));
         QApplication::activePopupWidget()->close();
         QTest::mouseClick(table().viewport(), Qt::RightButton, Qt::NoModifier, cellCentre(1, 1));
         QCOMPARE(table().currentIndex().row(), 1);
-        QVERIFY(isEnabled("actionEdit") && isEnabled("actionFind"));
+        QVERIFY(findAndEditAre(true));
     }
 
 private:
     void setUp() override { start(s_threeRows); }
+    bool findAndEditAre(bool enabled) const
+    {
+        return isEnabled("actionFind") == enabled && isEnabled("actionEdit") == enabled;
+    }
 
     static constexpr const char* s_threeRows =
         "GPIB0::1::INSTR\nGPIB0::2::INSTR\nDMM=ASRL1::INSTR\n";

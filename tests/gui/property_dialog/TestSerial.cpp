@@ -2,7 +2,7 @@
 // The page of the serial ports: what it shows of a record, and what it stores of the fields.
 #include "tests/gui/property_dialog/PropertyDialogTest.h"
 
-#include <QSignalSpy>
+#include <QPushButton>
 
 Q_DECLARE_METATYPE(QvVisa::SSerialProperties)
 
@@ -209,9 +209,7 @@ private slots:
         QCOMPARE(shown("Os"), QStringLiteral("300 5 1 None None"));
         combo("comboBoxOsBaudrate").setCurrentIndex(5);
         combo("comboBoxOsParity").setCurrentIndex(3);
-        const QSignalSpy clicked(&widget<QPushButton>("btnDefaultOs"), SIGNAL(clicked()));
         widget<QPushButton>("btnDefaultOs").click();
-        QCOMPARE(clicked.count(), 1);
         QCOMPARE(shown("Os"), QStringLiteral("4800 5 1 Mark None"));
         QCOMPARE(shown(), QStringLiteral("300 7 2 Odd RTS/CTS + DTR/DSR"));
         clickOk();
