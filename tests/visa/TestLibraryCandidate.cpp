@@ -32,10 +32,10 @@ protected:
     }
     std::string folder(const std::string& name) const { return m_folder.path() / name; }
 
-    static std::vector<std::string> pathsOf(const LibraryCandidate& candidate)
+    std::vector<std::string> pathsFound() const
     {
         std::vector<std::string> paths;
-        for (const CandidateFile& each : candidate.files) {
+        for (const CandidateFile& each : LibraryCandidate::find("libvisa.so", m_search).files) {
             paths.push_back(each.path);
         }
         return paths;
@@ -55,7 +55,7 @@ TEST_F(Candidate, ANameIsSearchedInTheLibraryPathAndInTheSystemFolders)
     m_search.systemFolders = {folder("s"), folder("t")};
     const LibraryCandidate candidate = LibraryCandidate::find("libvisa.so", m_search);
     EXPECT_EQ(candidate.name, "libvisa.so");
-    EXPECT_EQ(pathsOf(candidate), expected);
+    EXPECT_EQ(pathsFound(), expected);
     EXPECT_EQ(candidate.files[0].origin, Origin::LibraryPath);
     EXPECT_EQ(candidate.files[2].origin, Origin::SystemFolder);
     EXPECT_EQ(candidate.files[0].header.kind, Kind::Text);
@@ -67,9 +67,7 @@ TEST_F(Candidate, AnEmptyPartOfTheLibraryPathIsTheWorkingFolder)
     std::filesystem::current_path(folder(""));
     for (const char* path : {":/nowhere", "/nowhere::/nowhere", ";"}) {
         m_search.libraryPath = path;
-        EXPECT_EQ(pathsOf(LibraryCandidate::find("libvisa.so", m_search)),
-                  std::vector<std::string>{"./libvisa.so"})
-            << path;
+        EXPECT_EQ(pathsFound(), std::vector<std::string>{"./libvisa.so"}) << path;
     }
 }
 
@@ -96,8 +94,7 @@ TEST_F(Candidate, AFileThatIsFoundTwiceIsListedOnce)
     std::filesystem::create_directory_symlink(folder("a"), folder("link"));
     m_search.libraryPath = folder("a");
     m_search.systemFolders = {folder("link"), folder("a")};
-    EXPECT_EQ(pathsOf(LibraryCandidate::find("libvisa.so", m_search)),
-              std::vector<std::string>{path});
+    EXPECT_EQ(pathsFound(), std::vector<std::string>{path});
 }
 
 TEST_F(Candidate, ADanglingLinkIsListed)
