@@ -40,7 +40,7 @@ ExitCode getResource(Output& output, const ConfigurationText& text, const std::s
         object["line"] = alias->line + 1;
         output.json(object);
     } else {
-        output.data(resource + '\n');
+        output.data(printable(resource) + '\n');
     }
     return ExitCode::Done;
 }
@@ -68,7 +68,7 @@ ExitCode getNames(Output& output, const ConfigurationText& text, const std::stri
         return ExitCode::Done;
     }
     for (const std::string& name : names) {
-        output.data(name + '\n');
+        output.data(printable(name) + '\n');
     }
     return ExitCode::Done;
 }

@@ -21,6 +21,26 @@ bool isEnvironmentForColors()
            std::string_view(terminal) != "dumb";
 }
 
+/// JSON needs no escapes for DEL and for U+0080 to U+009F, which some terminals obey.
+std::string withAllControlsEscaped(std::string_view json)
+{
+    std::string text;
+    text.reserve(json.size());
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        const auto next = static_cast<unsigned char>(i + 1 < json.size() ? json[i + 1] : '\0');
+        if (json[i] == '\x7F') {
+            text += "\\u007f";
+        } else if (json[i] == '\xC2' && next >= 0x80 && next < 0xA0) {
+            constexpr std::string_view digits = "0123456789abcdef";
+            text.append("\\u00").append(1, digits[next >> 4U]).append(1, digits[next & 0xFU]);
+            ++i;
+        } else {
+            text += json[i];
+        }
+    }
+    return text;
+}
+
 } // namespace
 
 std::string_view severityWord(Severity severity)
@@ -62,7 +82,8 @@ void Output::flush()
 
 void Output::json(const Json& object)
 {
-    m_streams.out << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+    const std::string text = object.dump(-1, ' ', false, Json::error_handler_t::replace);
+    m_streams.out << withAllControlsEscaped(text) << '\n';
 }
 
 void Output::progress(std::string_view line)
