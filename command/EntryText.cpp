@@ -52,7 +52,7 @@ std::optional<std::string_view> wordOf(LineKind kind, std::uint32_t value)
     return std::nullopt;
 }
 
-/// "stop-bits takes 1, 1.5 or 2, not "3"", for keys with words; else that a number is needed.
+/// "1, 1.5, 2 or a code from 0 to 255" for a key with words, else "0 to 65535".
 std::string allowedValues(LineKind kind)
 {
     std::string allowed;
@@ -99,9 +99,15 @@ std::pair<LineKind, std::uint32_t> parseSettingOf(const Keys& keys, std::string_
                                                  known);
 }
 
-std::string settingText(LineKind kind, std::uint32_t value)
+template <typename Properties>
+std::string joinedSettings(const Properties& properties)
 {
-    return std::string(keyWord(kind)) + '=' + valueWord(kind, value);
+    std::string text;
+    for (const auto& [kind, value] : propertyValues(properties)) {
+        text += (text.empty() ? "" : " ") + std::string(keyWord(kind)) + '=';
+        text += valueWord(kind, value);
+    }
+    return text;
 }
 
 /// The word in JSON; a code without one as a number.
@@ -150,18 +156,12 @@ std::pair<LineKind, std::uint32_t> parseSetting(std::string_view text, bool isSe
 
 std::string settingsText(const SSerialProperties& properties)
 {
-    return settingText(LineKind::SerialBaudrate, properties.baudrate) + ' ' +
-           settingText(LineKind::SerialDataBits, properties.dataBits) + ' ' +
-           settingText(LineKind::SerialStopBits, properties.stopBits) + ' ' +
-           settingText(LineKind::SerialParity, properties.parity) + ' ' +
-           settingText(LineKind::SerialFlowControl, properties.flowControl);
+    return joinedSettings(properties);
 }
 
 std::string settingsText(const SGpibProperties& properties)
 {
-    return settingText(LineKind::GpibPrimaryAddress, properties.primaryAddress) + ' ' +
-           settingText(LineKind::GpibSecondaryAddress, properties.secondaryAddress) + ' ' +
-           settingText(LineKind::GpibSystemController, properties.systemController);
+    return joinedSettings(properties);
 }
 
 Json toJson(std::uint16_t port, const SSerialProperties& properties)

@@ -303,7 +303,7 @@ ExitCode printText(Output& output, const FindResult& result, const FindOptions& 
     } else if (result.missing) {
         output.data(missingTable(*result.missing, output.width()));
     }
-    output.flushData();
+    output.flush();
     printNotes(output, result, options);
     if (result.failure) {
         throw CommandError(*result.failure);
@@ -346,7 +346,7 @@ void addFindCommand(CommandLine& line)
     command.addOption("EXPRESSION", options->expression,
                       "VISA search expression, such as \"USB?*INSTR\"; everything without it");
     command.addFlag("--missing", options->isMissing,
-                    "List the aliases whose instrument was not found instead");
+                    "List only the aliases whose instrument was not found");
     command.addFlag("--identify", options->isIdentify, "Ask each instrument *IDN?");
     command.addTimeout(options->timeout, "Time for everything, 10 by default");
 }

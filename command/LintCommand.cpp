@@ -6,6 +6,7 @@
 #include "command/EditCommand.h"
 #include "command/FileUpdate.h"
 #include "config/Encoding.h"
+#include "doctor/Wording.h"
 #include "lint/Linter.h"
 #include "lint/Repair.h"
 
@@ -252,11 +253,8 @@ private:
         if (errors + warnings + (m_hasNotes ? notes : 0) == 0) {
             return;
         }
-        const auto count = [](std::size_t number, const std::string& what) {
-            return std::to_string(number) + ' ' + what + (number == 1 ? "" : "s");
-        };
-        std::string text = count(errors, "error") + ", " + count(warnings, "warning") + ", " +
-                           count(notes, "note");
+        std::string text = counted(errors, "error") + ", " + counted(warnings, "warning") + ", " +
+                           counted(notes, "note");
         text += !m_hasNotes && notes > 0 ? " (shown with --notes)" : "";
         text += m_counts.fixable > 0
                     ? "; qvvisa lint --fix repairs " + std::to_string(m_counts.fixable)

@@ -36,29 +36,11 @@ std::vector<NamedAlias> sortedAliases(const Entries& entries)
     return aliases;
 }
 
-void appendLines(std::string& lines, std::uint16_t port, const SSerialProperties& properties)
+template <typename Properties>
+void appendLines(std::string& lines, std::uint16_t device, const Properties& properties)
 {
-    const std::pair<LineKind, std::uint32_t> values[] = {
-        {LineKind::SerialBaudrate, properties.baudrate},
-        {LineKind::SerialDataBits, properties.dataBits},
-        {LineKind::SerialStopBits, properties.stopBits},
-        {LineKind::SerialParity, properties.parity},
-        {LineKind::SerialFlowControl, properties.flowControl},
-    };
-    for (const auto& [kind, value] : values) {
-        lines += propertyLine(kind, port, value) + '\n';
-    }
-}
-
-void appendLines(std::string& lines, std::uint16_t board, const SGpibProperties& properties)
-{
-    const std::pair<LineKind, std::uint32_t> values[] = {
-        {LineKind::GpibPrimaryAddress, properties.primaryAddress},
-        {LineKind::GpibSecondaryAddress, properties.secondaryAddress},
-        {LineKind::GpibSystemController, properties.systemController},
-    };
-    for (const auto& [kind, value] : values) {
-        lines += propertyLine(kind, board, value) + '\n';
+    for (const auto& [kind, value] : propertyValues(properties)) {
+        lines += propertyLine(kind, device, value) + '\n';
     }
 }
 

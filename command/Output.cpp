@@ -70,11 +70,6 @@ void Output::data(std::string_view bytes)
     m_streams.out << bytes;
 }
 
-void Output::flushData()
-{
-    m_streams.out.flush();
-}
-
 void Output::flush()
 {
     m_streams.out.flush();

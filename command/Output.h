@@ -64,11 +64,8 @@ public:
     /// Bytes on standard output as they are.
     void data(std::string_view bytes);
 
-    /// Writes what is buffered for standard output.
+    /// Writes what is buffered for standard output, so that it precedes the messages that follow.
     void flush();
-
-    /// Writes what data() has gathered, so that it is before the messages that follow.
-    void flushData();
 
     /// One object on standard output, on one line.
     void json(const Json& object);

@@ -2,13 +2,12 @@
 #include "command/ProbeFailure.h"
 
 #include "config/Encoding.h"
+#include "doctor/Wording.h"
 #include "visa/LibraryProbe.h"
-#include "visa/StatusNames.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string>
-#include <string_view>
 #include <system_error>
 
 namespace QvVisa {
@@ -92,17 +91,12 @@ std::string noLibraryText(const visa::ProbeReport& report)
     return "this machine has no VISA library that can be used" + text;
 }
 
-std::string statusText(const std::string& call, ViStatus status)
+std::string failureText(const std::string& call, ViStatus status)
 {
-    std::string text = pathToUtf8(call) + " failed with " + visa::statusName(status);
-    if (const char* const description = visa::statusDescription(status)) {
-        const std::string_view sentence = description;
-        text.append(" (").append(sentence.substr(0, sentence.find_last_not_of('.') + 1)) += ')';
-    }
-    return text;
+    return pathToUtf8(call) + " failed with " + statusText(status);
 }
 
-/// The last call before the search, if it failed.
+/// The call of viOpenDefaultRM, if it failed; else null.
 const visa::ProbedCall* failedOpen(const visa::ProbeReport& report)
 {
     const auto call =
@@ -131,7 +125,7 @@ std::optional<CommandError> failureOf(const visa::ProbeReport& report,
     }
     if (const visa::ProbedCall* const call = failedOpen(report)) {
         return CommandError(ExitCode::LibraryFailed,
-                            statusText(call->name + " of " + libraryName(report), call->status) +
+                            failureText(call->name + " of " + libraryName(report), call->status) +
                                 s_hint);
     }
     if (report.hasSearched && report.searchStatus == VI_ERROR_INV_EXPR) {
@@ -142,7 +136,7 @@ std::optional<CommandError> failureOf(const visa::ProbeReport& report,
     if (report.hasSearched && report.searchStatus < VI_SUCCESS && !isEmpty) {
         return CommandError(
             ExitCode::LibraryFailed,
-            statusText("viFindRsrc of " + libraryName(report), report.searchStatus) + s_hint);
+            failureText("viFindRsrc of " + libraryName(report), report.searchStatus) + s_hint);
     }
     return std::nullopt;
 }

@@ -38,7 +38,7 @@ std::string rowInColumns(const Row& row, const std::vector<std::size_t>& widths)
 
 } // namespace
 
-std::size_t characterCount(const std::string& utf8)
+std::size_t characterCount(std::string_view utf8)
 {
     return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
         constexpr unsigned maskOfContinuation = 0xC0;

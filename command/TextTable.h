@@ -3,12 +3,13 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace QvVisa {
 
-/// The characters of a UTF-8 text.
-std::size_t characterCount(const std::string& utf8);
+/// The number of characters in a UTF-8 text.
+std::size_t characterCount(std::string_view utf8);
 
 /// Rows of equally many cells as lines. width: the columns of the terminal, 0 for no limit. Where
 /// every row fits, cells are below each other in columns; else each cell has a line of its own,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "command/TextWrap.h"
 
+#include "command/TextTable.h"
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -8,17 +10,6 @@
 #include <cstdlib>
 
 namespace QvVisa {
-
-namespace {
-
-std::size_t columnsOf(std::string_view utf8)
-{
-    return static_cast<std::size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
-        return (static_cast<unsigned>(c) & 0xC0U) != 0x80U;
-    }));
-}
-
-} // namespace
 
 std::size_t terminalWidth()
 {
@@ -49,7 +40,7 @@ std::string wrapped(std::string_view utf8, std::size_t width, std::size_t indent
         const std::size_t begin = std::min(utf8.find_first_not_of(' '), utf8.size());
         const std::size_t end = std::min(utf8.find(' ', begin), utf8.size());
         const std::string_view word = utf8.substr(begin, end - begin);
-        const std::size_t length = columnsOf(word);
+        const std::size_t length = characterCount(word);
         if (hasWord && column + begin + length > width) {
             text.append(1, '\n').append(indent, ' ');
             column = indent;

@@ -67,11 +67,9 @@ std::vector<std::string> savedLines(const Entries& entries)
     lines.push_back(ModernConfigurationFile::GetVersionString());
     lines.push_back(entryLine({LineKind::Provider}, std::to_string(entries.provider)));
     for (const auto& [port, properties] : entries.serial) {
-        lines.push_back(propertyLine(LineKind::SerialBaudrate, port, properties.baudrate));
-        lines.push_back(propertyLine(LineKind::SerialDataBits, port, properties.dataBits));
-        lines.push_back(propertyLine(LineKind::SerialStopBits, port, properties.stopBits));
-        lines.push_back(propertyLine(LineKind::SerialParity, port, properties.parity));
-        lines.push_back(propertyLine(LineKind::SerialFlowControl, port, properties.flowControl));
+        for (const auto& [kind, value] : propertyValues(properties)) {
+            lines.push_back(propertyLine(kind, port, value));
+        }
     }
     for (const Entries::Resource& resource : entries.resources) {
         lines.emplace_back(resource.resource);
@@ -130,7 +128,7 @@ WindowSave::WindowSave(const Document& document)
         ++left[line];
     }
     for (std::size_t index = 0; index < document.size(); ++index) {
-        const auto found = left.find(document.line(index).text);
+        const auto found = left.find(document.lineText(index));
         if (found == left.end() || found->second == 0) {
             lost.push_back(index);
         } else {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "document/Meaning.h"
 
+#include "config/ConfigurationRecords.h"
 #include "config/ConfigurationValue.h"
-#include "config/ModernConfigurationFile.h"
 #include "config/UpperCase.h"
 #include "document/Entries.h"
 #include "document/PropertyKeys.h"
@@ -99,17 +99,15 @@ Meaning::Meaning(const Document& document)
     set({LineKind::Provider}, std::to_string(entries.provider));
     for (const auto& [board, properties] : entries.gpib) {
         devices.insert({true, board});
-        set({LineKind::GpibPrimaryAddress, board}, std::to_string(properties.primaryAddress));
-        set({LineKind::GpibSecondaryAddress, board}, std::to_string(properties.secondaryAddress));
-        set({LineKind::GpibSystemController, board}, std::to_string(properties.systemController));
+        for (const auto& [kind, value] : propertyValues(properties)) {
+            set({kind, board}, std::to_string(value));
+        }
     }
     for (const auto& [port, properties] : entries.serial) {
         devices.insert({false, port});
-        set({LineKind::SerialBaudrate, port}, std::to_string(properties.baudrate));
-        set({LineKind::SerialDataBits, port}, std::to_string(properties.dataBits));
-        set({LineKind::SerialStopBits, port}, std::to_string(properties.stopBits));
-        set({LineKind::SerialParity, port}, std::to_string(properties.parity));
-        set({LineKind::SerialFlowControl, port}, std::to_string(properties.flowControl));
+        for (const auto& [kind, value] : propertyValues(properties)) {
+            set({kind, port}, std::to_string(value));
+        }
     }
 }
 

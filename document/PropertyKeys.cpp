@@ -1,12 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "document/PropertyKeys.h"
 
-#include "config/ConfigurationRecords.h"
 #include "config/ConfigurationValue.h"
 
 #include <limits>
 
 namespace QvVisa {
+
+std::array<std::pair<LineKind, std::uint32_t>, s_serialKeys.size()>
+propertyValues(const SSerialProperties& properties)
+{
+    return {{{LineKind::SerialBaudrate, properties.baudrate},
+             {LineKind::SerialDataBits, properties.dataBits},
+             {LineKind::SerialStopBits, properties.stopBits},
+             {LineKind::SerialParity, properties.parity},
+             {LineKind::SerialFlowControl, properties.flowControl}}};
+}
+
+std::array<std::pair<LineKind, std::uint32_t>, s_gpibKeys.size()>
+propertyValues(const SGpibProperties& properties)
+{
+    return {{{LineKind::GpibPrimaryAddress, properties.primaryAddress},
+             {LineKind::GpibSecondaryAddress, properties.secondaryAddress},
+             {LineKind::GpibSystemController, properties.systemController}}};
+}
 
 std::string_view keyInFile(LineKind kind)
 {

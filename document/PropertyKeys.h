@@ -2,11 +2,13 @@
 #pragma once
 
 #include "config/ConfigurationLine.h"
+#include "config/ConfigurationRecords.h"
 
 #include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace QvVisa {
 
@@ -16,6 +18,12 @@ constexpr std::array<LineKind, 5> s_serialKeys{LineKind::SerialBaudrate, LineKin
                                                LineKind::SerialFlowControl};
 constexpr std::array<LineKind, 3> s_gpibKeys{
     LineKind::GpibPrimaryAddress, LineKind::GpibSecondaryAddress, LineKind::GpibSystemController};
+
+/// The keys of a record, in that order, with its values.
+std::array<std::pair<LineKind, std::uint32_t>, s_serialKeys.size()>
+propertyValues(const SSerialProperties& properties);
+std::array<std::pair<LineKind, std::uint32_t>, s_gpibKeys.size()>
+propertyValues(const SGpibProperties& properties);
 
 /// The key as the file spells it, such as "Baudrate"; empty for a kind that is no property.
 std::string_view keyInFile(LineKind kind);

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "gui/CellDelegate.h"
 
+#include "gui/TableStyle.h"
+
 #include <QLineEdit>
 #include <QStyle>
 
 namespace gui {
 
 namespace {
-
-/// The distance of a cell's text from the cell's edge.
-int textMargin(const QWidget& view)
-{
-    return view.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &view) + 1;
-}
 
 /// The distance of a line edit's text from the line edit's edge.
 int ownMargin(const QLineEdit& edit)
@@ -35,7 +31,7 @@ QWidget* CellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&
     }
     if (auto* edit = qobject_cast<QLineEdit*>(editor);
         edit != nullptr && option.widget != nullptr) {
-        const int margin = textMargin(*option.widget) - ownMargin(*edit);
+        const int margin = TableStyle::textMargin(*option.widget) - ownMargin(*edit);
         edit->setTextMargins(margin, 0, margin, 0);
         // The editor grows with its text by this width, which it computed without these margins.
         edit->setMinimumWidth(edit->minimumWidth() + 2 * margin);

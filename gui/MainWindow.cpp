@@ -31,9 +31,8 @@ WindowSettings mainWindowSettings()
 /// The width of a cell that shows a long, but usual, resource string.
 int usualResourceWidth(const QTableView& table)
 {
-    const int margin =
-        table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
-    return table.fontMetrics().horizontalAdvance(longUsualResourceString()) + 2 * margin + 1;
+    return table.fontMetrics().horizontalAdvance(longUsualResourceString()) +
+           2 * TableStyle::textMargin(table) + 1;
 }
 
 /// The nearest point within the rectangle.

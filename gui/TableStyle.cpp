@@ -22,6 +22,12 @@ void TableStyle::apply(QTableView& table)
     table.horizontalHeader()->setStyle(style);
 }
 
+int TableStyle::textMargin(const QWidget& table)
+{
+    // Styles add one pixel to the focus frame's margin.
+    return table.style()->pixelMetric(PM_FocusFrameHMargin, nullptr, &table) + 1;
+}
+
 int TableStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                             const QWidget* widget) const
 {
@@ -54,7 +60,7 @@ QSize TableStyle::sizeFromContents(ContentsType type, const QStyleOption* option
 /// By how much the margin of a cell's text is wider than that of a title.
 int TableStyle::extraHeaderMargin(const QStyleOption* option, const QWidget* widget) const
 {
-    // Styles add one pixel to the focus frame's margin.
+    // As in textMargin().
     return pixelMetric(PM_FocusFrameHMargin, option, widget) + 1 -
            pixelMetric(PM_HeaderMargin, option, widget);
 }

@@ -7,7 +7,7 @@ class QTableView;
 
 namespace gui {
 
-/// The application's style with more space between the texts of neighbouring columns. For a table
+/// The application's style with more space between the texts of adjacent columns. For a table
 /// and its horizontal header: the titles then start where the texts below them start.
 class TableStyle : public QProxyStyle
 {
@@ -16,6 +16,9 @@ class TableStyle : public QProxyStyle
 public:
     /// Applies a new style, owned by the table, to the table and its horizontal header.
     static void apply(QTableView& table);
+
+    /// The distance of a cell's text from the cell's edge, in device-independent pixels.
+    static int textMargin(const QWidget& table);
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option = nullptr,
                     const QWidget* widget = nullptr) const override;

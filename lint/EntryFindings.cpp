@@ -5,6 +5,7 @@
 #include "lint/LineText.h"
 #include "lint/ResourceFindings.h"
 #include "visa/ResourceName.h"
+#include "visa/Text.h"
 
 #include <algorithm>
 #include <string>
@@ -33,13 +34,6 @@ bool isOutsidePrintableAscii(char c)
 bool isLowerCaseLetter(char c)
 {
     return c >= 'a' && c <= 'z';
-}
-
-std::string upperCase(std::string_view text)
-{
-    std::string upper(text);
-    std::transform(upper.begin(), upper.end(), upper.begin(), toUpper);
-    return upper;
 }
 
 bool isPunctuation(char c)
@@ -93,7 +87,8 @@ void judgeName(std::string_view name, LineFindings& findings)
     }
     if (const std::size_t letter = find(name, isLowerCaseLetter); letter != none) {
         findings.add(FindingCode::LowerCaseAlias, letter,
-                     "Names are read in upper case: clients see " + quoted(upperCase(name)) + ".");
+                     "Names are read in upper case: clients see " +
+                         quoted(visa::toUpperCase(name)) + ".");
     }
 }
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "lint/LineText.h"
 
+#include "config/ConfigurationValue.h"
+
 #include <algorithm>
-#include <charconv>
 
 namespace lint {
 
@@ -34,11 +35,6 @@ std::string_view trimmedRight(std::string_view text)
     return text;
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    return trimmedRight(text.substr(skipSpaces(text)));
-}
-
 bool isDecimal(std::string_view text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
@@ -46,12 +42,7 @@ bool isDecimal(std::string_view text)
 
 std::optional<std::uint32_t> numberOf(std::string_view digits)
 {
-    std::int32_t number = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (!isDecimal(digits) || result.ec != std::errc()) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(number);
+    return isDecimal(digits) ? QvVisa::toNumber(digits) : std::nullopt;
 }
 
 std::string quoted(std::string_view text)

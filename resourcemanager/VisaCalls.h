@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "visa/SearchAttributes.h"
 #include "visa/VisaApi.h"
 
 /// The rest of the published VISA interface that the libraries of this project implement: what a
@@ -75,8 +76,8 @@ constexpr ViAttr VI_ATTR_USB_SERIAL_NUM = 0xBFFF01A0;
 
 /// The maker's own attributes of the resource manager, both 32-bit: how long a search may take, in
 /// milliseconds, and which kinds of resources it looks for.
-constexpr ViAttr QV_ATTR_SEARCH_TIME = 0x0E5A0001;
-constexpr ViAttr QV_ATTR_SEARCH_KINDS = 0x0E5A0002;
+constexpr ViAttr QV_ATTR_SEARCH_TIME = visa::searchTimeAttribute;
+constexpr ViAttr QV_ATTR_SEARCH_KINDS = visa::searchInterfacesAttribute;
 
 constexpr ViEventType VI_ALL_ENABLED_EVENTS = 0x3FFF7FFF;
 constexpr ViUInt16 VI_ALL_MECH = 0xFFFF;

@@ -175,7 +175,7 @@ const char* describeRefusal(PyVisaRefusal refusal) noexcept
     case PyVisaRefusal::UnknownInterface:
         return "it does not know this interface";
     case PyVisaRefusal::NoDefaultClass:
-        return "for this interface it knows no address without a class that it has";
+        return "the text names no class that it knows for this interface";
     case PyVisaRefusal::TooFewParts:
         return "parts are missing";
     case PyVisaRefusal::TooManyParts:
