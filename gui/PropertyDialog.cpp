@@ -3,7 +3,6 @@
 
 #include "ui_PropertyDialog.h"
 
-#include "config/ModernConfigurationFile.h"
 #include "gui/SelectAllOnFocus.h"
 #include "gui/WindowSettings.h"
 #include "model/ConfigurationModel.h"
@@ -78,10 +77,9 @@ void PropertyDialog::setupConnections()
 
 unsigned short PropertyDialog::getProvider() const
 {
-    const QString text = m_ui->providerEdit->text();
     bool isNumber = false;
-    const int provider = text.toInt(&isNumber, 10);
-    if (!isNumber || text.trimmed().isEmpty()) {
+    const int provider = m_ui->providerEdit->text().toInt(&isNumber, 10);
+    if (!isNumber) {
         return QvVisa::defaultProvider;
     }
     // The field accepts up to 99999; larger values than 65535 deliberately wrap.

@@ -59,10 +59,10 @@ private:
     bool m_isCopyPreliminary = false;
 
     static QStringList s_resources;
-    /// Guards every change of s_resources and is held for the whole of a scan.
+    /// Held for the whole of a scan. A thread that holds it may read s_resources.
     static std::mutex s_resourceListMutex;
-    /// Guards each access to s_resources for its short duration, so that the constructor can copy
-    /// the cache without waiting for a scan.
+    /// Held in addition for each change of s_resources. The constructor holds it alone, to copy the
+    /// cache without waiting for a scan.
     static std::mutex s_resourceCopyMutex;
     static std::atomic<bool> s_resourceListUpdateInProcess;
 };
