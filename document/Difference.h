@@ -25,8 +25,8 @@ struct Difference
 /// only one document has differs in all its keys. The order of entries is no difference.
 std::vector<Difference> differences(const Meaning& before, const Meaning& after);
 
-/// A difference as lines of the file's syntax, first those that go, each after a '-', then those
-/// that come, each after a '+'; each ends in a line feed.
+/// A difference as lines of the file's syntax: first the lines that are removed, each after a '-',
+/// then those that are added, each after a '+'. Each ends in a line feed.
 std::string differenceLines(const Difference& difference);
 
 /// What a save in the window makes of a document's lines. The order of lines is no difference.

@@ -46,7 +46,7 @@ public:
     std::string text;
     /// In the order of the lines; empty when nothing has changed.
     std::vector<LineChange> changes;
-    /// The changed lines for a diff, ascending and disjoint. Other than changes they include an
+    /// The changed lines for a diff, ascending and disjoint. Unlike changes they include an
     /// unterminated last line that got an ending.
     std::vector<ChangedLines> hunks;
 

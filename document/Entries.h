@@ -2,7 +2,6 @@
 #pragma once
 
 #include "config/ConfigurationRecords.h"
-#include "config/ModernConfigurationFile.h"
 #include "document/Document.h"
 
 #include <cstddef>
@@ -47,8 +46,8 @@ public:
     std::optional<std::size_t> providerLine;
 };
 
-/// The alias of this name, in any case, as Entries has it; much faster than all entries. The
-/// document has the version header.
+/// The alias of this name, in any case, as Entries has it; none when there is none. Much faster
+/// than making Entries. The document has the version header.
 std::optional<Entries::Alias> findAlias(const Document& document, std::string_view name);
 
 /// Whether a reader gets the same from both, the order of the resources included.

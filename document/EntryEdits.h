@@ -98,7 +98,7 @@ EditResult setEntries(const Document& document, const WantedEntries& wanted,
 /// case alike.
 EditResult removeEntries(const Document& document, const UnwantedEntries& unwanted);
 
-/// Which of its preconditions a rename met.
+/// What became of a rename.
 enum class Renaming
 {
     Done, ///< Or nothing to do: the old name is gone and the new one is there, or they are equal.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "document/EntryEdits.h"
 
+#include "config/ConfigurationRecords.h"
 #include "config/ConfigurationValue.h"
 #include "config/EntryFilter.h"
-#include "config/ModernConfigurationFile.h"
 #include "config/UpperCase.h"
 #include "document/Entries.h"
 #include "document/EntryOutcomes.h"

@@ -38,7 +38,7 @@ bool isUtf16(std::string_view text)
 std::size_t findHeader(const Document& document)
 {
     std::size_t index = 0;
-    while (index < document.size() && !beginsWith(document.line(index).text, header())) {
+    while (index < document.size() && !beginsWith(document.lineText(index), header())) {
         ++index;
     }
     return index;

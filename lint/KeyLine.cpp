@@ -111,7 +111,7 @@ bool isNear(std::string_view text, std::string_view known)
     return distance(text, known) <= 2;
 }
 
-/// " Is 'Parity' meant?" where a known key is near, else empty.
+/// "; is 'Parity' meant?" where a known key is near, else empty.
 template <typename Keys>
 std::string suggestion(std::string_view text, const Keys& keys)
 {

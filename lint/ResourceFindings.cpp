@@ -109,6 +109,21 @@ void judgeRange(const ResourceFault& fault, std::string_view part, std::size_t c
                      std::to_string(fault.most) + ".");
 }
 
+void judgeHost(std::string_view host, const std::string& intro, std::size_t column,
+               LineFindings& findings)
+{
+    if (host.find_first_not_of("0123456789.") == std::string_view::npos) {
+        findings.add(FindingCode::OutOfRange, column,
+                     quoted(host) + " is no IPv4 address: it has four numbers from 0 to 255.");
+    } else {
+        findings.add(FindingCode::NotAResource, column,
+                     intro + quoted(host) +
+                         (isHostWithPort(host)
+                              ? " has a port, which is written 'TCPIP0::HOST::PORT::SOCKET'."
+                              : " is neither a host name nor an IP address."));
+    }
+}
+
 void judgeFault(const ResourceFault& fault, std::string_view text, std::size_t offset,
                 LineFindings& findings)
 {
@@ -140,16 +155,7 @@ void judgeFault(const ResourceFault& fault, std::string_view text, std::size_t o
         judgeRange(fault, part, column, findings);
         break;
     case ResourceProblem::BadHost:
-        if (part.find_first_not_of("0123456789.") == std::string_view::npos) {
-            findings.add(FindingCode::OutOfRange, column,
-                         quoted(part) + " is no IPv4 address: it has four numbers from 0 to 255.");
-        } else {
-            findings.add(FindingCode::NotAResource, column,
-                         intro + quoted(part) +
-                             (isHostWithPort(part)
-                                  ? " has a port, which is written 'TCPIP0::HOST::PORT::SOCKET'."
-                                  : " is neither a host name nor an IP address."));
-        }
+        judgeHost(part, intro, column, findings);
         break;
     case ResourceProblem::ExtraPart:
         findings.add(FindingCode::NotAResource, column,

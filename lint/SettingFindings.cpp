@@ -16,8 +16,8 @@ namespace {
 using QvVisa::ConfigurationLine;
 using QvVisa::LineKind;
 
-/// The greatest value that the record's field holds.
-std::uint32_t widthOf(LineKind kind)
+/// The bits that the record's field holds.
+std::uint32_t maskOf(LineKind kind)
 {
     switch (kind) {
     case LineKind::SerialBaudrate:
@@ -140,7 +140,7 @@ void judgeSetting(std::string_view line, const ConfigurationLine& match, EntryTa
         return;
     }
     const auto offset = static_cast<std::size_t>(valueText.data() - line.data());
-    const std::uint32_t value = *number & widthOf(match.kind);
+    const std::uint32_t value = *number & maskOf(match.kind);
     if (value != *number) {
         findings.add(FindingCode::ValueCut, offset,
                      keyOf(match.kind) + " is cut to its width: this sets " +
