@@ -10,8 +10,8 @@
 
 namespace QvVisa {
 
-/// The number that digits stand for; none when it is beyond a signed 32-bit integer. A line with
-/// such a number is skipped as a whole.
+/// The value of decimal digits; none when there are none or the value is beyond a signed 32-bit
+/// integer. A line with such a number is skipped as a whole.
 std::optional<std::uint32_t> toNumber(std::string_view digits);
 
 /// What a property line sets, each number cut to the width in which it is held.

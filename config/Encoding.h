@@ -20,7 +20,7 @@ bool isUtf8(std::string_view bytes);
 std::string pathToUtf8(std::string_view path);
 
 /// UTF-8 in which control characters are written as \xNN, so that bytes of a file cannot act on
-/// a terminal.
+/// a terminal. Each byte that is not UTF-8 becomes a question mark.
 std::string printable(std::string_view utf8);
 
 } // namespace QvVisa

@@ -1,23 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace QvVisa {
 
-/// Sorts out, at a fraction of the matcher's time, lines that cannot be those of some entries. Of
-/// the lines that remain, matchConfigurationLine() says what they are.
+/// Rejects lines that cannot belong to the entries that were added, in a fraction of the matcher's
+/// time. matchConfigurationLine() says what the lines that pass are.
 class EntryFilter
 {
 public:
     /// From now on provider and property lines pass.
     void addKeys() { m_hasKeys = true; }
 
-    /// From now on lines of aliases of this name, and of this resource without an alias, pass, in
-    /// upper and lower case.
+    /// From now on lines of an alias of this name, and of a resource without an alias, pass, upper
+    /// and lower case alike.
     void addText(std::string_view text);
 
     /// From now on every line passes.

@@ -24,8 +24,8 @@ struct SearchPath
 {
     const char* place; ///< "QVVISACONFFILE", "working folder", "HOME" or "system-wide".
     std::optional<std::string> path; ///< None when the place is unset.
-    /// A search for writing takes the path even if its status cannot be queried, as far as the
-    /// queries before it allow.
+    /// If stat() fails on this path in a search for writing, the last successful stat() decides
+    /// whether it is taken.
     bool isForWriting = false;
 };
 

@@ -12,8 +12,8 @@ namespace QvVisa {
 /// epoch.
 struct WriteOptions
 {
-    /// The file gets another time than this one (the next second, if it would be this one): who has
-    /// recorded it notices the change.
+    /// The file gets another time than this one (the next second, if it would be this one), so that
+    /// a program that has recorded it notices the change.
     std::optional<std::int64_t> timeToAvoid;
     /// The file's time is at least one second later than the old file's.
     bool isLaterThanOld = false;

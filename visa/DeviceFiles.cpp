@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::string_view s_terminals = "/sys/class/tty/";
 
-/// True when the driver of the port, or of a device that it hangs on, only reserves a number for a
-/// port that a machine may have.
+/// True when the driver of the port, or of a device above it, only reserves a number for a port
+/// that a machine may have.
 bool isPlaceholderDriver(const SystemFiles& files, const std::string& terminal,
                          const std::string& driver)
 {
@@ -23,7 +23,7 @@ bool isPlaceholderDriver(const SystemFiles& files, const std::string& terminal,
     if (driver != "port") {
         return driver == placeholder;
     }
-    // From kernel 6.5 on, ports hang on a controller, which hangs on what has the driver.
+    // Since kernel 6.5 a port is below a controller, which is below the device with the driver.
     constexpr std::array<std::string_view, 3> above{"/device/../driver", "/device/../../driver",
                                                     "/device/../../../driver"};
     return std::any_of(above.begin(), above.end(), [&](std::string_view link) {

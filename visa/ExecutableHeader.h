@@ -10,7 +10,7 @@
 
 namespace visa {
 
-/// What a file is that has a library's name, by its first bytes.
+/// What kind of file has a library's name, judged by its first bytes.
 struct ExecutableHeader
 {
     enum class Kind : std::uint8_t
@@ -43,8 +43,9 @@ struct ExecutableHeader
 /// The machine of the running program, in the words of ExecutableHeader; empty when unknown.
 std::string machineOfThisProgram();
 
-/// The first bytes of a regular file, at most so many. Nothing for any other file, with *error 0,
-/// and on failure, with *error an errno value; error may be null. Never blocks.
+/// The first bytes of a regular file, at most the given number. Nothing for any other file, with
+/// *error set to 0, and on failure, with *error set to an errno value; error may be null. Never
+/// blocks.
 std::optional<std::string> readFileBeginning(const std::string& path, std::size_t most,
                                              int* error = nullptr);
 

@@ -24,12 +24,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How often the end of the child is looked for when it says nothing: a process that the library
-/// started may hold the pipes open.
+/// How often the parent checks whether a silent child has ended: a process that the library started
+/// may hold the pipes open.
 constexpr std::chrono::milliseconds s_turn{20};
 
 /// A killed child that hangs in a driver does not end. It is given up after this.
-constexpr std::chrono::milliseconds s_longestBurial{200};
+constexpr std::chrono::milliseconds s_longestKill{200};
 
 /// A pipe whose ends are closed with the object and in a new program.
 class Pipe
@@ -61,8 +61,8 @@ public:
     void closeReadEnd() { closeEnd(0); }
     void closeWriteEnd() { closeEnd(1); }
 
-    /// Gives what is there, if anything, to take(std::string_view). A pipe holds no more than one
-    /// read gets.
+    /// Calls take(std::string_view) with the bytes in the pipe, if there are any. The buffer is as
+    /// large as a pipe, so one read gets all of them.
     template <typename Take>
     void read(Take take)
     {
@@ -238,7 +238,7 @@ void Probe::kill() const
     // The group exists as long as the child has not been waited for, so no other process is hit.
     ::kill(-m_child, SIGKILL);
     ::kill(m_child, SIGKILL);
-    const Clock::time_point end = Clock::now() + s_longestBurial;
+    const Clock::time_point end = Clock::now() + s_longestKill;
     while (::waitpid(m_child, nullptr, WNOHANG) == 0 && Clock::now() < end) {
         ::poll(nullptr, 0, 1);
     }

@@ -20,8 +20,8 @@ struct ProbeChildPipes
 };
 
 /// The whole life of the probe's child process, called after fork(): sets the process up, makes the
-/// calls and reports each before and after on the pipe. Does not return. parent is the
-/// process that forked; the deadline is the time at which it kills this one.
+/// calls and reports each before and after on the pipe. Does not return. parent is the process that
+/// forked; the deadline is the time at which it kills this one.
 [[noreturn]] void runProbeChild(const ProbeRequest& request, ProbeChildPipes pipes, pid_t parent,
                                 std::chrono::steady_clock::time_point deadline);
 

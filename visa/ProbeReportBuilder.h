@@ -17,7 +17,7 @@ class ProbeReportBuilder
 public:
     void take(ProbeRecord record);
 
-    /// How the child says that it ends; nothing so far.
+    /// How the child says that it ends; nothing until it does.
     const std::optional<ProbeEnd>& end() const { return m_end; }
 
     /// What the library printed.

@@ -60,9 +60,9 @@ ViStatus viOpenDefaultRM(ViSession* session);
 /// Sets one attribute of a session, event or find list.
 ViStatus viSetAttribute(ViObject object, ViAttr attribute, ViAttrState value);
 
-/// Searches for the resources that match the expression. On success *findList is a
-/// find list (to be closed), *count the number of matches, and description (VI_FIND_BUFLEN
-/// characters) the first of them.
+/// Searches for the resources that match the expression. On success *findList is a find list (to be
+/// closed), *count the number of matches, and description (VI_FIND_BUFLEN characters) the first of
+/// them.
 ViStatus viFindRsrc(ViSession session, ViConstString expression, ViFindList* findList,
                     ViUInt32* count, ViChar* description);
 
