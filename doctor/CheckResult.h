@@ -21,7 +21,7 @@ enum class Mark
 std::string_view markWord(Mark mark);
 
 /// One thing that a check found. The texts are UTF-8; they may hold control characters of files
-/// and libraries, which the one who prints them makes visible.
+/// and libraries: escape them when they are printed.
 struct CheckResult
 {
     std::string id;

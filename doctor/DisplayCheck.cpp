@@ -91,12 +91,12 @@ std::optional<std::string> socketOfWayland(const std::string& display)
     return display.front() == '/' ? display : folder + '/' + display;
 }
 
-/// The plugin that shows windows on the display of the environment, and what is wrong with it.
+/// The display of the environment, and the plugin that shows windows on it.
 struct Platform
 {
-    std::string plugin; ///< "xcb", "wayland"; empty without a display.
-    std::string name;   ///< "DISPLAY :0".
-    std::optional<std::string> socket;
+    std::string plugin;                ///< "xcb", "wayland"; empty without a display.
+    std::string name;                  ///< "DISPLAY :0".
+    std::optional<std::string> socket; ///< None for a display on another machine.
 };
 
 Platform platformOfEnvironment()
@@ -118,7 +118,7 @@ std::string pluginFile(const std::string& plugin)
     return plugin == "wayland" ? "libqwayland-generic.so" : "libq" + plugin + ".so";
 }
 
-/// Whether the window can be shown.
+/// Reports whether the window can be shown; true when it can.
 bool checkPlatform(const visa::SystemFiles& files, CheckReport& report)
 {
     Platform platform = platformOfEnvironment();

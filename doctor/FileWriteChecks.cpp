@@ -174,7 +174,7 @@ std::vector<InPlaceReason> reasonsForInPlace(const Target& target)
     if (target.status.st_nlink > 1) {
         reasons.push_back(
             {"it has " + std::to_string(target.status.st_nlink) + " names (hard links)",
-             "To part it from the others: " + commandOn("cp -p", path) + ' ' +
+             "To separate it from the others: " + commandOn("cp -p", path) + ' ' +
                  shellWord(path + ".new") + " && " + commandOn("mv", path + ".new") + ' ' +
                  shellWord(path)});
     }

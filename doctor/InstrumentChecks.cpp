@@ -22,7 +22,7 @@ namespace {
 
 using visa::ProbeReport;
 
-/// Each kind of result that a machine can have many of.
+/// More results of one kind are summed up in one.
 constexpr std::size_t s_mostResults = 5;
 
 /// Whether the list of what was found is complete, so that what is not in it is missing.

@@ -42,7 +42,7 @@ struct Machine
     const visa::ProbeReport* probe = nullptr;
     /// What the finder logged, if it is that library.
     std::vector<std::string> finderLog;
-    /// When all checks have to be done. Past: nothing is looked up that takes time.
+    /// The time by which all checks must be done. Checks that begin after it skip what takes time.
     std::chrono::steady_clock::time_point deadline;
 
     /// Whether a text is there that the reader reads: with the version header.

@@ -52,7 +52,7 @@ Ports portsOf(const Machine& machine)
     return ports;
 }
 
-/// "ASRL1, ASRL2", those of all that the others lack.
+/// The ports of all that are not among the others, as "ASRL1".
 std::vector<std::string> lackingIn(const PortNumbers& others, const PortNumbers& all)
 {
     std::vector<std::string> names;

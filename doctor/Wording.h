@@ -26,7 +26,7 @@ std::string sizeText(std::uintmax_t bytes);
 /// "<0.1 ms", "0.3 ms", "150 ms", "1.5 s", "10 s".
 std::string durationText(std::chrono::nanoseconds duration);
 
-/// "VI_ERROR_TMO (the operation timed out)".
+/// "VI_ERROR_IO (I/O error)"; the number alone for a status without a published name.
 std::string statusText(ViStatus status);
 
 } // namespace QvVisa

@@ -143,7 +143,7 @@ TEST_F(FileWrite, HardLinksAreNoted)
     std::filesystem::create_hard_link(file(), m_home.root() / "other.conf");
     EXPECT_EQ(remedies("file.how"),
               "note: A save overwrites the file in place, since it has 2 names (hard links); a "
-              "power cut may tear it. -> To part it from the others: cp -p "
+              "power cut may tear it. -> To separate it from the others: cp -p "
               "FOLDER/home/.quorvane/visa.conf FOLDER/home/.quorvane/visa.conf.new "
               "&& mv FOLDER/home/.quorvane/visa.conf.new FOLDER/home/.quorvane/visa.conf\n");
     EXPECT_EQ(results("file.link"), "note: The file has 2 names (hard links): a save changes what "
