@@ -97,9 +97,8 @@ void warnOfUnusualValue(Output& output, LineKind kind, std::uint32_t value)
         (kind == LineKind::SerialDataBits && (value < fewestDataBits || value > mostDataBits)) ||
         (kind == LineKind::GpibPrimaryAddress && value > highestAddress) ||
         (kind == LineKind::GpibSecondaryAddress && value > highestAddress && value != noAddress) ||
-        (kind != LineKind::SerialStopBits && isNumber &&
-         (kind == LineKind::SerialParity || kind == LineKind::SerialFlowControl ||
-          kind == LineKind::GpibSystemController)) ||
+        (isNumber && (kind == LineKind::SerialParity || kind == LineKind::SerialFlowControl ||
+                      kind == LineKind::GpibSystemController)) ||
         (kind == LineKind::SerialStopBits && value > 2);
     if (isUnusual) {
         output.message(Severity::Warning, std::string(keyWord(kind)) + ' ' + word + " is unusual");

@@ -62,8 +62,8 @@ public:
     void addQuestion(const DnsName& name, DnsType type, bool unicastResponse);
 
     /// Adds an answer to a PTR question that is known already, so that responders do not repeat it.
-    /// The question must have been added before.
-    /// False, and nothing added, when the packet would exceed the given size.
+    /// False, and nothing added, when the question was not added before or the packet would exceed
+    /// the given size.
     bool addKnownAnswer(const DnsName& service, const DnsName& instance, std::uint32_t ttl,
                         std::size_t mostBytes);
 

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <bitset>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 

@@ -3,6 +3,7 @@
 
 #include "finder/Ipv4Address.h"
 
+#include <cstddef>
 #include <set>
 #include <string>
 #include <vector>

@@ -27,8 +27,9 @@ constexpr auto s_quietTime = 400ms;
 constexpr auto s_followUpDelay = 30ms;
 
 constexpr std::size_t s_mostQueryBytes = 1400;
-constexpr int s_mostBroadcasts = 5; ///< An interface, whatever its subnets: it sends 12 packets.
-constexpr int s_mostFollowUps = 4;  ///< An interface.
+/// For each interface, however many subnets it has: with multicast DNS it sends 12 packets.
+constexpr int s_mostBroadcasts = 5;
+constexpr int s_mostFollowUps = 4; ///< For each interface.
 constexpr std::size_t s_mostNamedHosts = 256;
 constexpr std::size_t s_mostHosts = 1024;
 constexpr std::size_t s_mostSources = 4096;

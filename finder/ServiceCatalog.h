@@ -19,9 +19,9 @@ namespace finder {
 enum class ServiceKind
 {
     Lxi,        ///< Only names a host.
-    Vxi11,      //
-    Hislip,     //
-    ScpiRaw,    ///< A raw socket.
+    Vxi11,      ///< VXI-11, whose port the host's port mapper knows.
+    Hislip,     ///< HiSLIP, with its port.
+    ScpiRaw,    ///< A raw socket, with its port.
     ScpiTelnet, ///< Only names a host.
 };
 

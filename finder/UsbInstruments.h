@@ -28,10 +28,10 @@ struct UsbInstrument
     friend bool operator<(const UsbInstrument& left, const UsbInstrument& right);
 };
 
-/// Lists the USB Test and Measurement instruments that the kernel knows.
-/// found: called with each one, in the order of the kernel's names. What is left out,
-/// and device files that this user may not open, go to the log. May block for as long as a device
-/// does, since reading a serial number takes the device's lock.
+/// Lists the USB Test and Measurement instruments that the kernel knows: calls found with each one,
+/// in the order of the kernel's names. What is left out, and device files that this user may not
+/// open, go to the log. May block for as long as a device does, since reading a serial number takes
+/// the device's lock.
 void findUsbInstruments(const visa::SystemFiles& files, SearchLog& log,
                         const std::function<void(const UsbInstrument&)>& found);
 
