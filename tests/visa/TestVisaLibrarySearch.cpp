@@ -140,6 +140,9 @@ TEST_F(VisaLibrarySearch, AnExceptionWhileLoadingBecomesAStatus)
 
 TEST_F(VisaLibrarySearch, TriesTheFinderLast)
 {
+    if (support::isSanitized) {
+        GTEST_SKIP() << "a sanitizer calls dlopen(): $ORIGIN is the folder of its own library";
+    }
     // The finder is found from the program's folder, so a copy of the program finds this one.
     const std::string& last = visa::VisaLibrary::candidates().back();
     const std::filesystem::path finder = folder("bin") / last.substr(last.find('/') + 1);
