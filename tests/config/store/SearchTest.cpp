@@ -36,7 +36,6 @@ protected:
         fs::create_directory(m_home.home() / ".quorvane");
         ::setenv("QVVISACONFFILE", named().c_str(), 1);
     }
-    ~Search() override { ::unsetenv("QVVISACONFFILE"); }
 
     fs::path named() const { return m_home.root() / "named.conf"; }
     fs::path inWorkingFolder() const { return m_home.workingFolder() / "visa.conf"; }
