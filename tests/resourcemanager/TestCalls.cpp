@@ -241,6 +241,20 @@ TEST(Calls, AStatusOfTheSourceReplacesSuccessOrTheWholeCall)
     EXPECT_EQ(searchTime(), 7U);
 }
 
+TEST(Calls, AManagerHasTheAttributesOfEverySession)
+{
+    const ViSession session = openManager();
+    for (const auto& [attribute, expected] : {std::pair(VI_ATTR_RSRC_IMPL_VERSION, 0x00500C01U),
+                                              {VI_ATTR_RSRC_SPEC_VERSION, 0x00500800U},
+                                              {VI_ATTR_RSRC_LOCK_STATE, 0U},
+                                              {VI_ATTR_MAX_QUEUE_LENGTH, 50U},
+                                              {VI_ATTR_USER_DATA_32, 0U}}) {
+        ViUInt32 value = 99;
+        EXPECT_EQ(statusName(viGetAttribute(session, attribute, &value)), "VI_SUCCESS");
+        EXPECT_EQ(value, expected) << std::hex << attribute;
+    }
+}
+
 TEST(Calls, ASourceNeedNotOpenInstruments)
 {
     const ViSession session = openManager();

@@ -74,8 +74,6 @@ TEST_F(Instruments, EachAttributeIsWrittenInItsOwnWidth)
     };
     for (const Case& test : std::vector<Case>{
              {session, VI_ATTR_RSRC_MANF_ID, 2, 0x0E5A},
-             {session, VI_ATTR_RSRC_IMPL_VERSION, 4, 0x00500C01},
-             {session, VI_ATTR_RSRC_SPEC_VERSION, 4, 0x00500800},
              {session, VI_ATTR_USER_DATA_64, 8, 0},
              {port, VI_ATTR_TERMCHAR, 1, '\n'},
              {port, VI_ATTR_TERMCHAR_EN, 2, 0},
@@ -83,6 +81,11 @@ TEST_F(Instruments, EachAttributeIsWrittenInItsOwnWidth)
              {port, VI_ATTR_INTF_NUM, 2, 3},
              {port, VI_ATTR_TMO_VALUE, 4, 2000},
              {port, VI_ATTR_ASRL_BAUD, 4, 9600},
+             {port, VI_ATTR_ASRL_DATA_BITS, 2, 8},
+             {port, VI_ATTR_ASRL_PARITY, 2, 0},
+             {port, VI_ATTR_ASRL_STOP_BITS, 2, 10},
+             {port, VI_ATTR_ASRL_FLOW_CNTRL, 2, 0},
+             {port, VI_ATTR_ASRL_END_IN, 2, 2},
              {port, VI_ATTR_RM_SESSION, 4, session},
          }) {
         SCOPED_TRACE(testing::Message() << std::hex << test.attribute);
