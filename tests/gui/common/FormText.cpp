@@ -127,6 +127,7 @@ private:
     }
     QString describe(const QObject& object) const;
     QString properties(const QObject& object) const;
+    QString details(const QObject& object) const;
     QString tabPosition(const QWidget& widget) const;
 
     void addLayout(int depth, const QLayout& layout);
@@ -224,45 +225,55 @@ QString Printer::describe(const QObject& object) const
             line += QLatin1String(" hidden");
         }
     }
-    line += properties(object);
+    return (line + properties(object) + details(object)).trimmed();
+}
+
+/// What is not in the properties.
+QString Printer::details(const QObject& object) const
+{
     if (const auto* label = qobject_cast<const QLabel*>(&object);
         label != nullptr && label->buddy() != nullptr) {
-        line += QLatin1String(" buddy=") + label->buddy()->objectName();
-    } else if (const auto* edit = qobject_cast<const QLineEdit*>(&object);
-               edit != nullptr && edit->validator() != nullptr) {
+        return QLatin1String(" buddy=") + label->buddy()->objectName();
+    }
+    if (const auto* edit = qobject_cast<const QLineEdit*>(&object);
+        edit != nullptr && edit->validator() != nullptr) {
         const auto& validator =
             dynamic_cast<const QRegularExpressionValidator&>(*edit->validator());
-        line += QLatin1String(" validator=") + validator.regularExpression().pattern();
-    } else if (const auto* bar = qobject_cast<const QToolBar*>(&object); bar != nullptr) {
+        return QLatin1String(" validator=") + validator.regularExpression().pattern();
+    }
+    if (const auto* bar = qobject_cast<const QToolBar*>(&object); bar != nullptr) {
         const auto& window = dynamic_cast<const QMainWindow&>(*bar->parent());
-        line += window.toolBarArea(const_cast<QToolBar*>(bar)) == Qt::TopToolBarArea
-                    ? QLatin1String(" at the top actions=")
-                    : QLatin1String(" not at the top actions=");
-        line += joined(bar->actions().size(), [bar](int index) {
-            const QAction& action = *bar->actions().at(index);
-            return action.isSeparator() ? QStringLiteral("|") : action.objectName();
-        });
-    } else if (const auto* box = qobject_cast<const QDialogButtonBox*>(&object); box != nullptr) {
+        const bool isAtTop = window.toolBarArea(const_cast<QToolBar*>(bar)) == Qt::TopToolBarArea;
+        return QLatin1String(isAtTop ? " at the top actions=" : " not at the top actions=") +
+               joined(bar->actions().size(), [bar](int index) {
+                   const QAction& action = *bar->actions().at(index);
+                   return action.isSeparator() ? QStringLiteral("|") : action.objectName();
+               });
+    }
+    if (const auto* box = qobject_cast<const QDialogButtonBox*>(&object); box != nullptr) {
+        QString buttons;
         for (const auto standard : {QDialogButtonBox::Ok, QDialogButtonBox::Cancel}) {
             const QPushButton& button = *box->button(standard);
-            line += QLatin1Char(' ') + quoted(button.text().remove(QLatin1Char('&'))) +
-                    tabPosition(button) + QLatin1String(button.isDefault() ? " default" : "");
+            buttons += QLatin1Char(' ') + quoted(button.text().remove(QLatin1Char('&'))) +
+                       tabPosition(button) + QLatin1String(button.isDefault() ? " default" : "");
         }
-    } else if (const auto* combo = qobject_cast<const QComboBox*>(&object); combo != nullptr) {
-        line +=
-            QLatin1String(" items=") + joined(combo->count(), [combo](int index) {
-                const QString data = combo->itemData(index).toString();
-                return quoted(combo->itemText(index)) +
-                       (data.isEmpty() ? QString() : QLatin1Char('(') + data + QLatin1Char(')'));
-            });
-    } else if (const auto* view = qobject_cast<const QAbstractItemView*>(&object);
-               view != nullptr && qobject_cast<const QListWidget*>(view) == nullptr) {
-        const QAbstractItemModel& model = *view->model();
-        line += QLatin1String(" columns=") + joined(model.columnCount(), [&model](int column) {
-                    return quoted(model.headerData(column, Qt::Horizontal).toString());
-                });
+        return buttons;
     }
-    return line.trimmed();
+    if (const auto* combo = qobject_cast<const QComboBox*>(&object); combo != nullptr) {
+        return QLatin1String(" items=") + joined(combo->count(), [combo](int index) {
+                   const QString data = combo->itemData(index).toString();
+                   return quoted(combo->itemText(index)) +
+                          (data.isEmpty() ? QString() : QLatin1Char('(') + data + QLatin1Char(')'));
+               });
+    }
+    if (const auto* view = qobject_cast<const QAbstractItemView*>(&object);
+        view != nullptr && qobject_cast<const QListWidget*>(view) == nullptr) {
+        const QAbstractItemModel& model = *view->model();
+        return QLatin1String(" columns=") + joined(model.columnCount(), [&model](int column) {
+                   return quoted(model.headerData(column, Qt::Horizontal).toString());
+               });
+    }
+    return {};
 }
 
 void Printer::addLayout(int depth, const QLayout& layout)

@@ -2,15 +2,16 @@
 // Both searches on libraries with and without faults: their calls, and what they find.
 #include "gui/VisaSearch.h"
 #include "tests/gui/common/WindowTest.h"
-#include "tests/support/Files.h"
 #include "tests/support/Sanitizers.h"
 
 #include <QRegularExpression>
 
+#include <fstream>
 #include <string>
 #include <utility>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -35,11 +36,12 @@ class AddressSpaceLimit
 public:
     AddressSpaceLimit()
     {
-        const std::string status = support::readFile("/proc/self/status");
         ::getrlimit(RLIMIT_AS, &m_former);
-        if (const std::size_t size = status.find("VmSize:"); size != std::string::npos) {
+        rlim_t pages = 0;
+        // Not on all systems.
+        if (std::ifstream("/proc/self/statm") >> pages) {
             rlimit limit = m_former;
-            limit.rlim_cur = std::stoul(status.substr(size + 7)) * 1024 + 16 * 1024 * 1024;
+            limit.rlim_cur = pages * rlim_t(::sysconf(_SC_PAGESIZE)) + 16 * 1024 * 1024;
             ::setrlimit(RLIMIT_AS, &limit);
         }
     }
