@@ -41,7 +41,7 @@ public:
         // Not on all systems.
         if (std::ifstream("/proc/self/statm") >> pages) {
             rlimit limit = m_former;
-            limit.rlim_cur = pages * rlim_t(::sysconf(_SC_PAGESIZE)) + 16 * 1024 * 1024;
+            limit.rlim_cur = pages * rlim_t(::sysconf(_SC_PAGESIZE)) + rlim_t{16 << 20};
             ::setrlimit(RLIMIT_AS, &limit);
         }
     }
