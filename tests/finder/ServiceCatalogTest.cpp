@@ -32,7 +32,7 @@ DnsRecord server(const std::string& name, unsigned port, const std::string& host
     return record;
 }
 
-DnsRecord address(const std::string& host, std::uint32_t value, unsigned ttl = 120)
+DnsRecord addressRecord(const std::string& host, std::uint32_t value, unsigned ttl = 120)
 {
     DnsRecord record;
     record.type = DnsType::A;
@@ -55,7 +55,7 @@ DnsRecord texts(const std::string& name, std::map<std::string, std::string> valu
 TEST(ServiceCatalog, CompleteAnswerGivesOneServiceAndLeavesNoQuestion)
 {
     ServiceCatalog catalog;
-    EXPECT_TRUE(catalog.add(source, {address("h.local", 0xC6336407),
+    EXPECT_TRUE(catalog.add(source, {addressRecord("h.local", 0xC6336407),
                                      texts("s._hislip._tcp.local", {{"model", "ABC"}}),
                                      server("s._hislip._tcp.local", 4880, "h.local"),
                                      pointer("s", "_hislip._tcp.local")}));
@@ -75,7 +75,7 @@ TEST(ServiceCatalog, RepeatedAnswerIsNoNews)
     ServiceCatalog catalog;
     const std::vector<DnsRecord> records{pointer("s", "_lxi._tcp.local"),
                                          server("s._lxi._tcp.local", 80, "h.local"),
-                                         address("h.local", 0xC6336407)};
+                                         addressRecord("h.local", 0xC6336407)};
     EXPECT_TRUE(catalog.add(source, records));
     EXPECT_FALSE(catalog.add(source, records));
 }
@@ -101,7 +101,7 @@ TEST(ServiceCatalog, ForeignServicesAndNamesAreIgnored)
     EXPECT_FALSE(catalog.add(source, {pointer("printer", "_ipp._tcp.local"), mismatch,
                                       server("s._ipp._tcp.local", 631, "h.local"),
                                       server("_lxi._tcp.local", 80, "h.local"),
-                                      address("h.local", 0xC6336407)}));
+                                      addressRecord("h.local", 0xC6336407)}));
     EXPECT_TRUE(catalog.services().empty());
 }
 
@@ -132,7 +132,7 @@ TEST(ServiceCatalog, SameNamesFromTwoSourcesAreTwoInstruments)
     const auto records = [](std::uint32_t value) {
         return std::vector<DnsRecord>{pointer("s", "_lxi._tcp.local"),
                                       server("s._lxi._tcp.local", 80, "h.local"),
-                                      address("h.local", value)};
+                                      addressRecord("h.local", value)};
     };
     EXPECT_TRUE(catalog.add(source, records(0xC6336402)));
     EXPECT_TRUE(catalog.add(otherSource, records(0xC6336403)));
@@ -146,8 +146,8 @@ TEST(ServiceCatalog, RecordWithoutLifeTakesItsFactBack)
     ServiceCatalog catalog;
     catalog.add(source,
                 {pointer("s", "_lxi._tcp.local"), server("s._lxi._tcp.local", 80, "h.local"),
-                 address("h.local", 0xC6336407)});
-    EXPECT_TRUE(catalog.add(source, {address("h.local", 0xC6336407, 0)}));
+                 addressRecord("h.local", 0xC6336407)});
+    EXPECT_TRUE(catalog.add(source, {addressRecord("h.local", 0xC6336407, 0)}));
     EXPECT_EQ(catalog.services()[0].addresses, std::vector<Ipv4Address>{source});
     EXPECT_TRUE(catalog.add(source, {server("s._lxi._tcp.local", 80, "h.local", 0)}));
     EXPECT_EQ(catalog.services()[0].port, 0);
@@ -186,7 +186,7 @@ TEST(ServiceCatalog, HostHasEightAddressesAtMost)
     ServiceCatalog catalog;
     catalog.add(source, {server("s._lxi._tcp.local", 80, "h.local")});
     for (std::uint32_t i = 0; i < 20; ++i) {
-        catalog.add(source, {address("h.local", 0xC6336410 + i)});
+        catalog.add(source, {addressRecord("h.local", 0xC6336410 + i)});
     }
     EXPECT_EQ(catalog.services()[0].addresses.size(), ServiceCatalog::mostAddressesOfHost);
 }
