@@ -66,7 +66,7 @@ class Case(unittest.TestCase):
                 shutil.copyfile(case / "bench", folder / "bench")
             expected_files = tree(folder)
             environment = {"PATH": os.environ["PATH"], "HOME": name, "QVVISACONFFILE": FILE}
-            for option in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS"):
+            for option in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "GCOV_ERROR_FILE"):
                 if option in os.environ:
                     environment[option] = os.environ[option]
             simulator = os.environ["QVVISA_SIMULATOR"]

@@ -62,4 +62,5 @@ TEST(Encoding, PrintableShowsControlCharactersAsEscapes)
     EXPECT_EQ(QvVisa::printable("a\x1B[1m\r\n\x7F\xC2\x9B\xC3\xA9"),
               "a\\x1B[1m\\x0D\\x0A\\x7F\\x9B\xC3\xA9");
     EXPECT_EQ(QvVisa::printable("\0"sv), "\\x00");
+    EXPECT_EQ(QvVisa::printable("not \xFF UTF-8"), "not ? UTF-8");
 }
