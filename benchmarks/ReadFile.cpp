@@ -19,7 +19,7 @@ void readFile(benchmark::State& state)
         reader.parse(aliases, resources, provider);
         benchmark::DoNotOptimize(aliases.size() + resources.size());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.size()));
 }
 BENCHMARK(readFile)->Unit(benchmark::kMillisecond);
 

@@ -35,7 +35,7 @@ void matchAll(benchmark::State& state, Match match)
             benchmark::DoNotOptimize(match(line));
         }
     }
-    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * lines().size()));
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(lines().size()));
 }
 
 void matchWithMatcher(benchmark::State& state)

@@ -35,7 +35,7 @@ void splitLinesOnly(benchmark::State& state)
         const auto resourcesCopy = resources;
         benchmark::DoNotOptimize(aliasesCopy.size() + resourcesCopy.size());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.size()));
 }
 BENCHMARK(splitLinesOnly)->Unit(benchmark::kMillisecond);
 
@@ -47,7 +47,7 @@ void readWithExpressions(benchmark::State& state)
         reader.read(support::readFile(file.path()));
         benchmark::DoNotOptimize(reader.contents());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * file.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.size()));
 }
 BENCHMARK(readWithExpressions)->Unit(benchmark::kMillisecond);
 

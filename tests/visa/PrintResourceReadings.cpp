@@ -29,8 +29,9 @@ int main()
         visa::ResourceFault fault;
         const auto name = visa::parseResourceName(text, &fault);
         std::cout << (pyVisa.isAccepted() ? pyVisa.canonicalName() : "-") << '\n'
-                  << (name ? name->fullName
-                           : std::string("-") + problems.at(static_cast<int>(fault.problem)))
+                  << (name
+                          ? name->fullName
+                          : std::string("-") + problems.at(static_cast<std::size_t>(fault.problem)))
                   << '\n';
     }
 }
