@@ -30,7 +30,7 @@ TEST_F(FileSearch, ShadowedFileIsNoted)
 {
     writeFile();
     support::writeFile("visa.conf", "");
-    EXPECT_EQ(results("file.search"), "ok: FOLDER/work/visa.conf is used (working folder).\n"
+    EXPECT_EQ(results("file.search"), "ok: FOLDER/current/visa.conf is used (working folder).\n"
                                       "note: HOME (FOLDER/home/.quorvane/visa.conf) exists as "
                                       "well, but an earlier place has a file.\n");
 }
@@ -68,7 +68,7 @@ TEST_F(FileSearch, LinkToNoFileIsWarnedOf)
 {
     writeFile();
     std::filesystem::create_symlink("nowhere", "visa.conf");
-    EXPECT_EQ(results("file.search"), "warning: working folder (FOLDER/work/visa.conf) is a "
+    EXPECT_EQ(results("file.search"), "warning: working folder (FOLDER/current/visa.conf) is a "
                                       "symbolic link that leads to no file.\n"
                                       "ok: FOLDER/home/.quorvane/visa.conf is used (HOME).\n");
 }
@@ -77,7 +77,7 @@ TEST_F(FileSearch, FolderInPlaceOfTheFileIsWarnedOf)
 {
     writeFile();
     std::filesystem::create_directory("visa.conf");
-    EXPECT_EQ(results("file.search"), "warning: working folder (FOLDER/work/visa.conf) is not a "
+    EXPECT_EQ(results("file.search"), "warning: working folder (FOLDER/current/visa.conf) is not a "
                                       "regular file; the search passes it over.\n"
                                       "ok: FOLDER/home/.quorvane/visa.conf is used (HOME).\n");
 }
@@ -99,7 +99,7 @@ TEST_F(FileSearch, MissingHomeIsWarnedOf)
     ::unsetenv("HOME");
     support::writeFile("visa.conf", "");
     EXPECT_EQ(results("file.search"),
-              "ok: FOLDER/work/visa.conf is used (working folder).\n"
+              "ok: FOLDER/current/visa.conf is used (working folder).\n"
               "warning: HOME is not set, so .quorvane/visa.conf is not searched for.\n");
 }
 

@@ -172,7 +172,7 @@ TEST_F(FileWrite, LinkOfAnotherUserInASharedFolderIsNotFollowed)
         GTEST_SKIP() << "needs a link of another user";
     }
     giveToOrdinaryUser();
-    const std::filesystem::path shared = m_home.root() / "shared";
+    const std::filesystem::path shared = m_home.root() / "everyones";
     std::filesystem::create_directory(shared);
     std::filesystem::permissions(shared, perms::all | perms::sticky_bit);
     ASSERT_EQ(::chown(shared.c_str(), support::ordinaryUser, support::ordinaryGroup), 0);
@@ -180,10 +180,10 @@ TEST_F(FileWrite, LinkOfAnotherUserInASharedFolderIsNotFollowed)
     std::filesystem::create_symlink(file(), *m_fileOption);
     ASSERT_EQ(::lchown(m_fileOption->c_str(), 1, 1), 0);
     EXPECT_EQ(results("file.link"),
-              "problem: The links of FOLDER/shared/link.conf are not followed by a save: one of "
+              "problem: The links of FOLDER/everyones/link.conf are not followed by a save: one of "
               "them, in a folder that everyone may write, belongs to another user.\n");
     EXPECT_EQ(results("file.write"),
-              "problem: FOLDER/shared/link.conf cannot be written: permission denied.\n");
+              "problem: FOLDER/everyones/link.conf cannot be written: permission denied.\n");
 }
 
 #ifndef __APPLE__

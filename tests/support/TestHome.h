@@ -20,7 +20,7 @@ public:
     /// The temporary folder.
     const std::filesystem::path& root() const { return m_folder.path(); }
     std::filesystem::path home() const { return root() / "home"; }
-    std::filesystem::path workingFolder() const { return root() / "work"; }
+    std::filesystem::path workingFolder() const { return root() / "current"; }
 
 private:
     TemporaryFolder m_folder;
